@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# Builds the program if need be and starts it with a document: with windows where there is a
+# display, without where there is none.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+source "$root/dev/prepare.sh"
+
+if (($# > 1)) || [[ ${1-} == -h || ${1-} == --help ]]; then
+    echo "Usage: ${0##*/} [DOCUMENT]" >&2
+    exit 2
+fi
+document=$(realpath -ms -- "${1:-$root/examples/hello/hello.tvq}")
+
+has_x11_display() {
+    local host number
+    [[ ${DISPLAY-} =~ ^(.*):([0-9]+)(\.[0-9]+)?$ ]] || return 1
+    host=${BASH_REMATCH[1]} number=${BASH_REMATCH[2]}
+    case $host in
+        "" | unix)
+            [[ -S /tmp/.X11-unix/X$number ]] ||
+                grep -qs "@/tmp/.X11-unix/X$number\$" /proc/net/unix
+            ;;
+        *) timeout 5 bash -c ': <>"/dev/tcp/$0/$1"' "$host" $((6000 + number)) 2>/dev/null ;;
+    esac
+}
+
+has_wayland_display() {
+    [[ -n ${WAYLAND_DISPLAY-} ]] || return 1
+    case $WAYLAND_DISPLAY in
+        /*) [[ -S $WAYLAND_DISPLAY ]] ;;
+        *) [[ -n ${XDG_RUNTIME_DIR-} && -S $XDG_RUNTIME_DIR/$WAYLAND_DISPLAY ]] ;;
+    esac
+}
+
+program=rivenfall-run
+packages=("${build_packages[@]}")
+if has_x11_display; then
+    program=rivenfall
+elif has_wayland_display; then
+    program=rivenfall
+    packages+=(qt6-wayland)
+fi
+
+install_packages "${packages[@]}"
+cd "$root"
+# A build that test.sh has set up already keeps its tests.
+[[ -f build/build.ninja ]] || cmake --preset release -DRIVENFALL_TESTS=OFF >&2
+cmake --build --preset release --target rivenfall rivenfall-run >&2
+exec "build/bin/$program" "$document"

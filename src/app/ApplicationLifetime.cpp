@@ -1,0 +1,184 @@
+#include "app/Application.h"
+#include "app/Title.h"
+#include "platform/App.h"
+#include "run/Execution.h"
+#include "support/FileDialog.h"
+#include "window/frmMain.h"
+
+namespace rivenfall {
+
+/// Hands the events of the compilers' root to the handlers of its field.
+class Application::CompilersEvents : public DataNodesEvents {
+public:
+    explicit CompilersEvents(Application& owner) : Owner(owner) {}
+
+    void Add(DataNode& DN) override { Owner.pobjCompilers_Add(DN); }
+    void Move(DataNode& DN) override { Owner.pobjCompilers_Move(DN); }
+    void Remove(DataNode& DN) override { Owner.pobjCompilers_Remove(DN); }
+
+private:
+    Application& Owner;
+};
+
+/// Hands the events of the variables' root to the handlers of its field.
+class Application::VariablesEvents : public DataNodesEvents {
+public:
+    explicit VariablesEvents(Application& owner) : Owner(owner) {}
+
+    void Add(DataNode& DN) override { Owner.pobjVariables_Add(DN); }
+    void Move(DataNode&) override {}
+    void Remove(DataNode& DN) override { Owner.pobjVariables_Remove(DN); }
+
+private:
+    Application& Owner;
+};
+
+void Application::FormDeleter::operator()(frmMain* form) const {
+    form->deleteLater();
+}
+
+Application::Application() {
+    pobjFileDialog = std::make_unique<FileDialog>();
+    pobjFileDialog->SetDialogFlag1(false);
+    pobjFileDialog->SetDialogFlag2(false);
+    pobjFileDialog->SetDefaultExtension(QStringLiteral(".tvq"));
+    pobjFileDialog->SetDialogTitle(ProgramTitle());
+    pobjFileDialog->SetDialogFlag3(true);
+    pobjFileDialog->SetDialogFilter(
+        QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
+    pobjFileDialog->SetDialogFlag4(true);
+    pobjFileDialog->SetInitialDirectory(App::Path());
+    pobjFileDialog->SetDialogFlag5(false);
+    pobjFileDialog->SetDialogFlag6(false);
+    pobjFileDialog->SetDialogFlag7(true);
+
+    pobjCompilers = std::make_unique<DataNodes>();
+    pobjCompilers->SetDataNodesType(Compiler);
+    pobjCompilersEvents = std::make_unique<CompilersEvents>(*this);
+    pobjCompilers->SetEvents(pobjCompilersEvents.get());
+    pobjVariables = std::make_unique<DataNodes>();
+    pobjVariables->SetDataNodesType(Variable);
+    pobjVariablesEvents = std::make_unique<VariablesEvents>(*this);
+    pobjVariables->SetEvents(pobjVariablesEvents.get());
+
+    LoadForm();
+    ConnectControls();
+    FillTabs();
+    pobjExecution = std::make_unique<rivenfall::Execution>();
+    pobjForm->Show();
+}
+
+Application::~Application() {
+    pobjExecution.reset();
+    pobjForm->Hide();
+    ReleaseControls();
+    pobjForm->Unload();
+    pobjForm.reset();
+    for (std::unique_ptr<DataNodes>* root : {&pobjCompilers, &pobjVariables}) {
+        if (*root) {
+            (*root)->SetEvents(nullptr);
+            (*root)->Dispose();
+            root->reset();
+        }
+    }
+    pobjFileDialog.reset();
+    App::EndEventLoop();
+}
+
+/// Connects @p event of the control in @p field to @p handler, which holds a reference to the
+/// object while it runs. Once Quit has succeeded the event finds nobody.
+template <typename Control, typename Event, typename... Arguments>
+void Application::Sink(Control* field, Event event, void (Application::*handler)(Arguments...)) {
+    QObject::connect(field, event, &pobjSinks, [this, handler](Arguments... arguments) {
+        const std::shared_ptr<Application> reference = weak_from_this().lock();
+        if (pobjCompilers) {
+            (this->*handler)(arguments...);
+        }
+    });
+}
+
+template <typename Control>
+void Application::Release(Control*& field) {
+    QObject::disconnect(field, nullptr, &pobjSinks, nullptr);
+    field = nullptr;
+}
+
+void Application::LoadForm() {
+    pobjForm.reset(new frmMain);
+    pobjForm->SetCaption(ProgramTitle());
+    Sink(pobjForm.get(), &Form::QueryUnload, &Application::pobjForm_QueryUnload);
+    Sink(pobjForm.get(), &Form::Resize, &Application::pobjForm_Resize);
+}
+
+void Application::ConnectControls() {
+    pobjFormCmdAdd = &pobjForm->cmdNew;
+    Sink(pobjFormCmdAdd, &CommandButton::Click, &Application::pobjFormCmdAdd_Click);
+    pobjFormCmdCancel = &pobjForm->cmdCancel;
+    Sink(pobjFormCmdCancel, &CommandButton::Click, &Application::pobjFormCmdCancel_Click);
+    pobjFormCmdOk = &pobjForm->cmdOK;
+    Sink(pobjFormCmdOk, &CommandButton::Click, &Application::pobjFormCmdOk_Click);
+    pobjFormCmdRemove = &pobjForm->cmdRemove;
+    Sink(pobjFormCmdRemove, &CommandButton::Click, &Application::pobjFormCmdRemove_Click);
+    pobjFormMnuFileExit = &pobjForm->mnuFileExit;
+    Sink(pobjFormMnuFileExit, &Menu::Click, &Application::pobjFormMnuFileExit_Click);
+    pobjFormMnuFileNew = &pobjForm->mnuFileNew;
+    Sink(pobjFormMnuFileNew, &Menu::Click, &Application::pobjFormMnuFileNew_Click);
+    pobjFormMnuFileOpen = &pobjForm->mnuFileOpen;
+    Sink(pobjFormMnuFileOpen, &Menu::Click, &Application::pobjFormMnuFileOpen_Click);
+    pobjFormMnuFileRun = &pobjForm->mnuFileRun;
+    Sink(pobjFormMnuFileRun, &Menu::Click, &Application::pobjFormMnuFileRun_Click);
+    pobjFormMnuFileSave = &pobjForm->mnuFileSave;
+    Sink(pobjFormMnuFileSave, &Menu::Click, &Application::pobjFormMnuFileSave_Click);
+    pobjFormMnuFileSaveAs = &pobjForm->mnuFileSaveAs;
+    Sink(pobjFormMnuFileSaveAs, &Menu::Click, &Application::pobjFormMnuFileSaveAs_Click);
+    pobjFormMnuFileShowOutput = &pobjForm->mnuFileShowOutput;
+    Sink(pobjFormMnuFileShowOutput, &Menu::Click, &Application::pobjFormMnuFileShowOutput_Click);
+    pobjFormMnuHelpInfo = &pobjForm->mnuHelpInfo;
+    Sink(pobjFormMnuHelpInfo, &Menu::Click, &Application::pobjFormMnuHelpInfo_Click);
+    pobjFormTabContent = &pobjForm->tabContent;
+    Sink(pobjFormTabContent, &TabStrip::Click, &Application::pobjFormTabContent_Click);
+    pobjFormTvwContent = &pobjForm->tvwContent;
+    Sink(pobjFormTvwContent, &TreeView::Collapse, &Application::pobjFormTvwContent_Collapse);
+    Sink(pobjFormTvwContent, &TreeView::Expand, &Application::pobjFormTvwContent_Expand);
+    Sink(pobjFormTvwContent, &TreeView::NodeCheck, &Application::pobjFormTvwContent_NodeCheck);
+    Sink(pobjFormTvwContent, &TreeView::NodeClick, &Application::pobjFormTvwContent_NodeClick);
+    pobjFormTvwContentFake = &pobjForm->tvwContentFake;
+    pobjFormTxtDescription = &pobjForm->txtDescription;
+    pobjFormTxtValue = &pobjForm->txtValue;
+    Sink(pobjFormTxtValue, &TextBox::Change, &Application::pobjFormTxtValue_Change);
+    Sink(pobjFormTxtValue, &TextBox::KeyDown, &Application::pobjFormTxtValue_KeyDown);
+    Sink(pobjFormTxtValue, &TextBox::OLEDragDrop, &Application::pobjFormTxtValue_OLEDragDrop);
+    Sink(pobjFormTxtValue, &TextBox::OLEDragOver, &Application::pobjFormTxtValue_OLEDragOver);
+    pobjFormUdnMove = &pobjForm->udnMove;
+    Sink(pobjFormUdnMove, &UpDown::DownClick, &Application::pobjFormUdnMove_DownClick);
+    Sink(pobjFormUdnMove, &UpDown::UpClick, &Application::pobjFormUdnMove_UpClick);
+}
+
+void Application::ReleaseControls() {
+    Release(pobjFormUdnMove);
+    Release(pobjFormTxtValue);
+    Release(pobjFormTxtDescription);
+    Release(pobjFormTvwContentFake);
+    Release(pobjFormTvwContent);
+    Release(pobjFormTabContent);
+    Release(pobjFormMnuHelpInfo);
+    Release(pobjFormMnuFileShowOutput);
+    Release(pobjFormMnuFileSaveAs);
+    Release(pobjFormMnuFileSave);
+    Release(pobjFormMnuFileRun);
+    Release(pobjFormMnuFileOpen);
+    Release(pobjFormMnuFileNew);
+    Release(pobjFormMnuFileExit);
+    Release(pobjFormCmdRemove);
+    Release(pobjFormCmdOk);
+    Release(pobjFormCmdCancel);
+    Release(pobjFormCmdAdd);
+}
+
+void Application::FillTabs() {
+    pobjFormTabContent->Tabs().Clear();
+    pobjFormTabContent->Tabs().Add(QStringLiteral("Compilers"));
+    pobjFormTabContent->Tabs().Add(QStringLiteral("Variables"));
+}
+
+} // namespace rivenfall

@@ -1,0 +1,129 @@
+#include "data/DataNode.h"
+
+#include "data/DataNodes.h"
+#include "data/NodeKey.h"
+
+namespace rivenfall {
+
+DataNode::DataNode() : pobjChilds(std::make_unique<DataNodes>()) {
+    pobjChilds->SetParent(this);
+}
+
+DataNode::~DataNode() = default;
+
+bool DataNode::Active() const {
+    return pblnActive;
+}
+
+void DataNode::SetActive(bool active) {
+    pblnActive = active;
+    if (active && !MayHoldNodes(plngDataNodeType)) {
+        pobjParent->DeactivateOthers(*this);
+    }
+}
+
+DataNodes* DataNode::Childs() const {
+    return pobjChilds.get();
+}
+
+int DataNode::DataNodeType() const {
+    return plngDataNodeType;
+}
+
+void DataNode::Delete() {
+    if (pobjChilds) {
+        pobjChilds->Dispose();
+        pobjChilds.reset();
+    }
+    // The list's reference has gone with the next line: this one carries the node to the end.
+    const std::shared_ptr<DataNode> self = pobjParent->RemoveItem(plngIndex);
+    plngIndex = 0;
+    pstrValue.clear();
+    pobjParent = nullptr;
+}
+
+bool DataNode::Expanded() const {
+    return pblnExpanded;
+}
+
+void DataNode::SetExpanded(bool expanded) {
+    pblnExpanded = expanded;
+}
+
+int DataNode::Index() const {
+    return plngIndex;
+}
+
+QString DataNode::Key() const {
+    switch (plngDataNodeType) {
+    case Parameter:
+    case VariableValue:
+        return MakeNodeKey(pobjParent->Parent()->Index(), plngIndex, 0);
+    case ParameterValue: {
+        const DataNode* parameter = pobjParent->Parent();
+        return MakeNodeKey(parameter->Parent()->Parent()->Index(), parameter->Index(), plngIndex);
+    }
+    default:
+        return MakeNodeKey(plngIndex, 0, 0);
+    }
+}
+
+void DataNode::Move(int DestinationIndex) {
+    pobjParent->MoveItem(*this, DestinationIndex);
+}
+
+DataNodes* DataNode::Parent() const {
+    return pobjParent;
+}
+
+QString DataNode::Text() const {
+    static const QString blanks(64, u' ');
+    return pstrValue.isEmpty() ? blanks : pstrValue;
+}
+
+QString DataNode::Value() const {
+    return pstrValue;
+}
+
+void DataNode::SetValue(const QString& value) {
+    pstrValue = value;
+}
+
+void DataNode::SetDataNodeType(int kind) {
+    plngDataNodeType = static_cast<qint8>(kind);
+    switch (kind) {
+    case Compiler:
+        pobjChilds->SetDataNodesType(Parameter);
+        break;
+    case Parameter:
+        pobjChilds->SetDataNodesType(ParameterValue);
+        break;
+    case Variable:
+        pobjChilds->SetDataNodesType(VariableValue);
+        break;
+    default:
+        pobjChilds.reset();
+    }
+}
+
+void DataNode::SetIndex(int index) {
+    plngIndex = index;
+}
+
+void DataNode::SetParent(DataNodes* parent) {
+    pobjParent = parent;
+}
+
+void DataNode::pobjChilds_Add(DataNode& DN) {
+    pobjParent->RaiseAdd(DN);
+}
+
+void DataNode::pobjChilds_Move(DataNode& DN) {
+    pobjParent->RaiseMove(DN);
+}
+
+void DataNode::pobjChilds_Remove(DataNode& DN) {
+    pobjParent->RaiseRemove(DN);
+}
+
+} // namespace rivenfall

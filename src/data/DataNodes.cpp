@@ -1,0 +1,169 @@
+#include "data/DataNodes.h"
+
+#include "app/Title.h"
+#include "data/DataNode.h"
+#include "platform/MessageBox.h"
+
+#include <utility>
+
+namespace rivenfall {
+
+DataNodes::DataNodes() = default;
+
+DataNodes::~DataNodes() {
+    Dispose();
+}
+
+std::shared_ptr<DataNode> DataNodes::Add(const QString& Value) {
+    const std::shared_ptr<DataNode> node = MakeNode();
+    node->SetValue(Value);
+    pobjItems.push_back(node);
+    AdjustIndexes(Count());
+    node->SetActive(true);
+    RaiseAdd(*node);
+    return node;
+}
+
+void DataNodes::Clear() {
+    for (int position = Count(); position >= 1; --position) {
+        Remove(position);
+    }
+}
+
+int DataNodes::Count() const {
+    return static_cast<int>(pobjItems.size());
+}
+
+int DataNodes::DataNodesType() const {
+    return plngDataNodesType;
+}
+
+std::shared_ptr<DataNode> DataNodes::Item(int Index) const {
+    return pobjItems.at(static_cast<size_t>(Index) - 1);
+}
+
+DataNodes::Items::const_iterator DataNodes::begin() const {
+    return pobjItems.begin();
+}
+
+DataNodes::Items::const_iterator DataNodes::end() const {
+    return pobjItems.end();
+}
+
+DataNode* DataNodes::Parent() const {
+    return pobjParent;
+}
+
+void DataNodes::Remove(int Index) {
+    Item(Index)->Delete();
+}
+
+void DataNodes::SetDataNodesType(int kind) {
+    plngDataNodesType = kind;
+}
+
+void DataNodes::SetEvents(DataNodesEvents* events) {
+    pobjEvents = events;
+}
+
+void DataNodes::Dispose() {
+    Clear();
+    Items().swap(pobjItems);
+    pobjParent = nullptr;
+}
+
+void DataNodes::TakeNodesOf(DataNodes& source) {
+    Clear();
+    pobjItems = std::exchange(source.pobjItems, {});
+    for (const std::shared_ptr<DataNode>& node : pobjItems) {
+        node->SetParent(this);
+    }
+    pblnSeveralActive = true;
+}
+
+/// Renumbers the nodes from the position @p first on; those before it stand where they were.
+void DataNodes::AdjustIndexes(int first) {
+    for (int position = first; position <= Count(); ++position) {
+        pobjItems[static_cast<size_t>(position) - 1]->SetIndex(position);
+    }
+}
+
+void DataNodes::MoveItem(DataNode& DN, int DestinationIndex) {
+    if (DestinationIndex > Count() || DestinationIndex < 1) {
+        MessageBox(QStringLiteral("DestinationIndex out of range"), MessageBoxExclamation,
+                   ProgramTitle());
+        return;
+    }
+    const int former = DN.Index();
+    const std::shared_ptr<DataNode> node = Item(former);
+    pobjItems.erase(pobjItems.begin() + former - 1);
+    pobjItems.insert(pobjItems.begin() + DestinationIndex - 1, node);
+    AdjustIndexes(std::min(former, DestinationIndex));
+    RaiseMove(DN);
+}
+
+void DataNodes::SetParent(DataNode* parent) {
+    pobjParent = parent;
+}
+
+void DataNodes::RaiseAdd(DataNode& DN) {
+    if (pobjParent) {
+        pobjParent->pobjChilds_Add(DN);
+    } else if (pobjEvents) {
+        pobjEvents->Add(DN);
+    }
+}
+
+void DataNodes::RaiseMove(DataNode& DN) {
+    if (pobjParent) {
+        pobjParent->pobjChilds_Move(DN);
+    } else if (pobjEvents) {
+        pobjEvents->Move(DN);
+    }
+}
+
+void DataNodes::RaiseRemove(DataNode& DN) {
+    if (pobjParent) {
+        pobjParent->pobjChilds_Remove(DN);
+    } else if (pobjEvents) {
+        pobjEvents->Remove(DN);
+    }
+}
+
+/// Gives the node that was taken out, which may hold the last reference to it.
+std::shared_ptr<DataNode> DataNodes::RemoveItem(int position) {
+    const std::shared_ptr<DataNode> node = Item(position);
+    RaiseRemove(*node);
+    pobjItems.erase(pobjItems.begin() + position - 1);
+    if (pobjActive == node.get()) {
+        pobjActive = nullptr;
+    }
+    AdjustIndexes(position);
+    return node;
+}
+
+/// A node that belongs here but isn't listed yet.
+std::shared_ptr<DataNode> DataNodes::MakeNode() {
+    auto node = std::make_shared<DataNode>();
+    node->SetParent(this);
+    node->SetDataNodeType(plngDataNodesType);
+    return node;
+}
+
+/// Switches every node but @p active off. While no file has brought several active ones, the one
+/// that was switched on last is the only other candidate, however many siblings there are.
+void DataNodes::DeactivateOthers(DataNode& active) {
+    if (pblnSeveralActive) {
+        for (const std::shared_ptr<DataNode>& node : pobjItems) {
+            if (node->Index() != active.Index()) {
+                node->SetActive(false);
+            }
+        }
+    } else if (pobjActive && pobjActive != &active) {
+        pobjActive->SetActive(false);
+    }
+    pblnSeveralActive = false;
+    pobjActive = &active;
+}
+
+} // namespace rivenfall

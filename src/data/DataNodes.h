@@ -1,0 +1,108 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace rivenfall {
+
+class DataNode;
+
+/// Who hears of the changes in a root collection and everything below it. Each call names the
+/// node that was really added, moved or removed.
+class DataNodesEvents {
+public:
+    virtual ~DataNodesEvents() = default;
+
+    /// @p DN has been added, numbered and switched on.
+    virtual void Add(DataNode& DN) = 0;
+
+    /// @p DN stands at its new position.
+    virtual void Move(DataNode& DN) = 0;
+
+    /// @p DN is about to go and still has its Index, Value and Key; its Childs are gone already.
+    virtual void Remove(DataNode& DN) = 0;
+};
+
+/// The ordered nodes of one level of one tree: a root, or the Childs of a node. Positions count
+/// from 1, and every node's Index is its position.
+///
+/// Events are synchronous calls. They reach the collection's owner, then the collection that
+/// lists the owner, and so on up to the root, which hands them to its listener.
+class DataNodes {
+public:
+    using Items = std::vector<std::shared_ptr<DataNode>>;
+
+    /// An empty collection of the kind 0 without an owner.
+    DataNodes();
+    ~DataNodes();
+
+    DataNodes(const DataNodes&) = delete;
+    DataNodes& operator=(const DataNodes&) = delete;
+
+    /// Adds a node with @p Value at the end, switched on, and raises Add.
+    std::shared_ptr<DataNode> Add(const QString& Value = {});
+
+    /// Deletes all nodes, the last one first.
+    void Clear();
+
+    /// The number of nodes.
+    int Count() const;
+
+    /// The NodeKind of the nodes.
+    int DataNodesType() const;
+
+    /// The node at @p Index, 1 to Count. Throws std::out_of_range for any other position.
+    std::shared_ptr<DataNode> Item(int Index) const;
+
+    /// The nodes in order, for a walk over them.
+    Items::const_iterator begin() const;
+    Items::const_iterator end() const;
+
+    /// The node that owns the collection; null for a root.
+    DataNode* Parent() const;
+
+    /// Deletes the node at @p Index, 1 to Count. Throws as Item does.
+    void Remove(int Index);
+
+    /// Sets the kind of the nodes, nothing else.
+    void SetDataNodesType(int kind);
+
+    /// Has @p events, which must outlive the collection or be taken off it, hear of the changes
+    /// in a root; null takes it off.
+    void SetEvents(DataNodesEvents* events);
+
+    /// Deletes all nodes and drops the link to the owner.
+    void Dispose();
+
+    /// Replaces all nodes by those of the root @p source, which is of the same kind and is left
+    /// empty. The present nodes go with their events, the new ones come silently.
+    void TakeNodesOf(DataNodes& source);
+
+private:
+    friend class DataNode;
+    friend class TreeBags;
+
+    void AdjustIndexes(int first);
+    void MoveItem(DataNode& DN, int DestinationIndex);
+    void SetParent(DataNode* parent);
+    void RaiseAdd(DataNode& DN);
+    void RaiseMove(DataNode& DN);
+    void RaiseRemove(DataNode& DN);
+    std::shared_ptr<DataNode> RemoveItem(int position);
+
+    std::shared_ptr<DataNode> MakeNode();
+    void DeactivateOthers(DataNode& active);
+
+    Items pobjItems;
+    int plngDataNodesType = 0;
+    /// More than one alternative may be active, as only a file can bring about.
+    bool pblnSeveralActive = false;
+    /// The alternative that was switched on last, while it is in the collection.
+    DataNode* pobjActive = nullptr;
+    DataNode* pobjParent = nullptr;
+    DataNodesEvents* pobjEvents = nullptr;
+};
+
+} // namespace rivenfall

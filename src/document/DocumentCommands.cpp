@@ -1,0 +1,185 @@
+#include "app/Application.h"
+#include "app/Title.h"
+#include "app/modMain.h"
+#include "document/DocumentFile.h"
+#include "platform/MessageBox.h"
+#include "support/FileDialog.h"
+#include "window/frmMain.h"
+
+namespace rivenfall {
+
+bool Application::AskOpenFileName() {
+    pobjFileDialog->SetDefaultExtension(QStringLiteral(".tvq"));
+    pobjFileDialog->SetDialogTitle(QStringLiteral("Open File - ") + ProgramTitle());
+    pobjFileDialog->SetDialogFlag3(true);
+    pobjFileDialog->SetDialogFilter(
+        QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
+    pobjFileDialog->SetDialogFlag4(true);
+    pobjFileDialog->SetDialogFlag5(false);
+    pobjFileDialog->SetDialogFlag6(false);
+    pobjFileDialog->SetDialogFlag7(true);
+    pobjFileDialog->ShowOpen();
+    return TakeChosenFileName();
+}
+
+bool Application::AskSaveFileName() {
+    pobjFileDialog->SetDefaultExtension(QStringLiteral(".tvq"));
+    pobjFileDialog->SetDialogTitle(QStringLiteral("FileSave File As - ") + ProgramTitle());
+    pobjFileDialog->SetDialogFlag3(false);
+    pobjFileDialog->SetDialogFilter(
+        QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
+    pobjFileDialog->SetDialogFlag4(true);
+    pobjFileDialog->SetDialogFlag5(false);
+    pobjFileDialog->SetDialogFlag6(true);
+    pobjFileDialog->SetDialogFlag7(false);
+    pobjFileDialog->ShowSave();
+    return TakeChosenFileName();
+}
+
+bool Application::TakeChosenFileName() {
+    pobjFileDialog->SetInitialDirectory({});
+    if (pobjFileDialog->Cancelled()) {
+        return false;
+    }
+    pstrFileName = pobjFileDialog->FileName();
+    return true;
+}
+
+bool Application::AskSaveChanges() {
+    if (!pblnChanged) {
+        return true;
+    }
+    switch (MessageBox(QStringLiteral("The file was changed.\r\nDo you want to save it?"),
+                       MessageBoxYesNoCancel, ProgramTitle())) {
+    case MessageBoxYes:
+        return FileSave();
+    case MessageBoxNo:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Application::FileNew() {
+    if (pblnChanged) {
+        switch (MessageBox(QStringLiteral("changed; FileSave?"), MessageBoxYesNoCancel)) {
+        case MessageBoxYes:
+            pobjFormMnuFileSave_Click();
+            break;
+        case MessageBoxNo:
+            pblnChanged = false;
+            break;
+        default:
+            return;
+        }
+    }
+    pstrFileName.clear();
+    pblnChanged = false;
+    pobjCompilers->Clear();
+    pobjCompilers->Add()->Childs()->Add()->Childs()->Add(QStringLiteral("${FILE1}"));
+    MakeDefaultVariable();
+    plngContentNode = {1, 1};
+    pobjFormTvwContentFake->SetVisible(false);
+    Refresh();
+    FillTabs();
+    AllowDocumentCommands();
+}
+
+bool Application::FileOpen(const QString& FileName) {
+    if (!AskSaveChanges()) {
+        return false;
+    }
+    const QString formerFileName = pstrFileName;
+    if (!FileName.isEmpty()) {
+        pstrFileName = FileName;
+    } else if (!AskOpenFileName()) {
+        return false;
+    }
+    if (!ReadDocument()) {
+        pstrFileName = formerFileName;
+        return false;
+    }
+    pblnChanged = false;
+    plngContentNode = {1, 1};
+    pobjFormTvwContentFake->SetVisible(false);
+    Refresh();
+    AllowDocumentCommands();
+    return true;
+}
+
+bool Application::FileSave() {
+    const QString formerFileName = pstrFileName;
+    if (pstrFileName.isEmpty() && !AskSaveFileName()) {
+        return false;
+    }
+    return WriteDocument(formerFileName);
+}
+
+bool Application::FileSaveAs() {
+    const QString formerFileName = pstrFileName;
+    const bool saved = AskSaveFileName() && WriteDocument(formerFileName);
+    pobjForm->SetCaption(FileTitle() + QStringLiteral(" - ") + ProgramTitle());
+    return saved;
+}
+
+bool Application::Quit() {
+    if (!AskSaveChanges()) {
+        return false;
+    }
+    pobjCompilers->Dispose();
+    pobjCompilers.reset();
+    pobjVariables->Dispose();
+    pobjVariables.reset();
+    SetGlobalApplication(nullptr);
+    return true;
+}
+
+/// Loads both trees from the file and shows a tab for each tree that it holds. Touches nothing if
+/// the file can't be read.
+bool Application::ReadDocument() {
+    DocumentContent content;
+    const QString failure = ReadDocumentFile(pstrFileName, content);
+    if (!failure.isEmpty()) {
+        MessageBox(failure, MessageBoxExclamation, ProgramTitle());
+        return false;
+    }
+    pobjCompilers->TakeNodesOf(content.Compilers);
+    if (content.HasVariables) {
+        pobjVariables->TakeNodesOf(content.Variables);
+        FillTabs();
+    } else {
+        MakeDefaultVariable();
+        pobjFormTabContent->Tabs().Clear();
+        pobjFormTabContent->Tabs().Add(QStringLiteral("Compilers"));
+    }
+    return true;
+}
+
+/// Writes the file; if that fails the document keeps its former name.
+bool Application::WriteDocument(const QString& formerFileName) {
+    const QString failure = WriteDocumentFile(pstrFileName, *pobjCompilers, *pobjVariables);
+    if (!failure.isEmpty()) {
+        MessageBox(failure, MessageBoxExclamation, ProgramTitle());
+        pstrFileName = formerFileName;
+        return false;
+    }
+    pblnChanged = false;
+    return true;
+}
+
+void Application::MakeDefaultVariable() {
+    pobjVariables->Clear();
+    pobjVariables->Add(QStringLiteral("FILE1"))->Childs()->Add();
+}
+
+void Application::AllowDocumentCommands() {
+    pobjFormTabContent->SetEnabled(true);
+    pobjFormTvwContent->SetEnabled(true);
+    pobjFormUdnMove->SetEnabled(true);
+    pobjFormTxtValue->SetFocus();
+    pobjFormMnuFileSave->SetEnabled(true);
+    pobjFormMnuFileSaveAs->SetEnabled(true);
+    pobjFormMnuFileRun->SetEnabled(true);
+}
+
+} // namespace rivenfall

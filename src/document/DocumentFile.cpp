@@ -1,0 +1,120 @@
+#include "document/DocumentFile.h"
+
+#include "data/DataNode.h"
+#include "document/TreeBags.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <new>
+
+namespace rivenfall {
+
+namespace {
+
+constexpr QLatin1StringView Description("OMRA Rivenfall Compiler Controller File Version 0.2");
+constexpr QLatin1StringView FirstVersion("TAVQEF#0001");
+constexpr QLatin1StringView SecondVersion("TAVQEF#0002");
+constexpr QLatin1StringView ThirdVersion("TAVQEF#0003");
+
+/// The bits of an image's first byte that tell a map.
+constexpr char MapMask = '\xE0';
+constexpr char MapHead = '\xA0';
+
+/// The bytes of the file. Throws PropertyBagError, before it takes memory for a file that can't be
+/// a document.
+QByteArray ReadBytes(const QString& fileName) {
+    QFile file(fileName);
+    const QFileInfo place(fileName);
+    // Opening a pipe or a device could wait for ever.
+    if (place.exists() && !place.isFile()) {
+        throw PropertyBagError{place.isDir() ? QStringLiteral("it is a folder")
+                                             : QStringLiteral("it is no ordinary file")};
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw PropertyBagError{file.errorString()};
+    }
+    char first = 0;
+    if (file.peek(&first, 1) == 1 && (first & MapMask) != MapHead) {
+        throw PropertyBagError{QStringLiteral("it is not a document of this program")};
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        throw PropertyBagError{file.errorString()};
+    }
+    if (bytes.isEmpty()) {
+        throw PropertyBagError{QStringLiteral("it is empty")};
+    }
+    return bytes;
+}
+
+void LoadContent(const QString& fileName, DocumentContent& content) {
+    PropertyBag fileBag;
+    fileBag.SetContents(ReadBytes(fileName));
+    const QVariant identification =
+        fileBag.ReadProperty("_FileFormatIdentification", QString(FirstVersion));
+    if (identification == QVariant(QString(FirstVersion))) {
+        TreeBags::LoadFromBag(content.Compilers, fileBag);
+        return;
+    }
+    content.HasVariables = identification == QVariant(QString(ThirdVersion));
+    if (!content.HasVariables && identification != QVariant(QString(SecondVersion))) {
+        throw PropertyBagError{
+            QStringLiteral("its format \"%1\" is unknown").arg(identification.toString())};
+    }
+    const PropertyBag contentBag = TreeBags::BagIn(fileBag, "_Content");
+    TreeBags::LoadFromBag(content.Compilers, TreeBags::BagIn(contentBag, "Compilers"));
+    if (content.HasVariables) {
+        TreeBags::LoadFromBag(content.Variables, TreeBags::BagIn(contentBag, "Variables"));
+    }
+}
+
+QByteArray ImageOf(const DataNodes& compilers, const DataNodes& variables) {
+    PropertyBag fileBag;
+    PropertyBag contentBag;
+    fileBag.WriteProperty("_FileFormatDescription", QString(Description));
+    fileBag.WriteProperty("_FileFormatIdentification", QString(ThirdVersion));
+    contentBag.WriteProperty("Compilers", TreeBags::SaveToBag(compilers).Contents());
+    contentBag.WriteProperty("Variables", TreeBags::SaveToBag(variables).Contents());
+    fileBag.WriteProperty("_Content", contentBag.Contents());
+    return fileBag.Contents();
+}
+
+QString Sentence(const QString& verb, const QString& fileName, const QString& reason) {
+    return QStringLiteral("The file %1 can't be %2: %3.").arg(fileName, verb, reason);
+}
+
+} // namespace
+
+DocumentContent::DocumentContent() {
+    Compilers.SetDataNodesType(Compiler);
+    Variables.SetDataNodesType(Variable);
+}
+
+QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
+    QString reason;
+    try {
+        LoadContent(fileName, content);
+        return {};
+    } catch (const PropertyBagError& error) {
+        reason = error.Reason;
+    } catch (const std::bad_alloc&) {
+        reason = QStringLiteral("it takes more memory than there is");
+    }
+    return Sentence(QStringLiteral("opened"), fileName, reason);
+}
+
+QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
+                          const DataNodes& variables) {
+    QSaveFile file(fileName);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(ImageOf(compilers, variables));
+        if (file.commit()) {
+            return {};
+        }
+    }
+    return Sentence(QStringLiteral("saved"), fileName, file.errorString());
+}
+
+} // namespace rivenfall

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "data/DataNodes.h"
+
+#include <QString>
+
+namespace rivenfall {
+
+/// What one document file holds.
+struct DocumentContent {
+    DocumentContent();
+
+    /// The file keeps its variables; older ones have none.
+    bool HasVariables = false;
+    /// A root of compilers and a root of variables, owned here and heard by nobody.
+    DataNodes Compilers;
+    DataNodes Variables;
+};
+
+/// Reads the document file @p fileName into @p content, whole or not at all. Gives the reason of a
+/// failure as a sentence; empty for success.
+QString ReadDocumentFile(const QString& fileName, DocumentContent& content);
+
+/// Writes a document with these trees to the file @p fileName. The former file stays whole until
+/// the new one is complete on the disk. Gives the reason of a failure as a sentence; empty for
+/// success.
+QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
+                          const DataNodes& variables);
+
+} // namespace rivenfall

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class QAction;
+class QMainWindow;
+class QWidget;
+
+namespace rivenfall {
+
+class CommandButton;
+
+/// Whether the user can change a form's size.
+enum class FormBorder {
+    Fixed,  ///< No.
+    Sizable ///< Yes.
+};
+
+/// The values of a form's WindowState.
+enum FormWindowState {
+    vbNormal = 0,    ///< Neither of the two below.
+    vbMinimized = 1, ///< Put away as an icon.
+    vbMaximized = 2  ///< As large as the screen.
+};
+
+/// Why a form is asked to unload: the values of UnloadMode.
+enum QueryUnloadMode {
+    vbFormControlMenu = 0, ///< The user closes the window.
+    vbFormCode = 1,        ///< The program's own code unloads it.
+    vbAppWindows = 2       ///< The user's session ends.
+};
+
+/// A window with controls. It is made hidden; whoever makes it owns it.
+class Form : public QObject {
+    Q_OBJECT
+
+public:
+    ~Form() override;
+
+    /// The text of the title bar.
+    QString Caption() const;
+    void SetCaption(const QString& caption);
+
+    /// The resource folder that holds the form's icon, one picture a size.
+    QString Icon() const;
+    void SetIcon(const QString& resource);
+
+    /// True while the form is shown, minimised or not.
+    bool Visible() const;
+
+    /// A FormWindowState.
+    int WindowState() const;
+
+    /// The client area's size in twips.
+    int ScaleWidth() const;
+    int ScaleHeight() const;
+
+    /// Shows the form, not modal and without taking the keyboard from a window that has it.
+    void Show();
+    void Hide();
+
+    /// Brings the form to the front of the window order. @p position is 0, the front; no other
+    /// exists.
+    void ZOrder(int position);
+
+    /// Asks QueryUnload with vbFormCode and hides the form if nothing objects. The form's objects
+    /// stay until its owner lets go of it.
+    void Unload();
+
+    /// The container of the form's own controls and menus. Owned by the form.
+    QWidget* Client() const;
+    QMainWindow* Window() const;
+
+Q_SIGNALS:
+    /// The form is about to go; @p UnloadMode is a QueryUnloadMode. Writing True to @p Cancel
+    /// keeps it.
+    void QueryUnload(bool& Cancel, int UnloadMode);
+
+    /// The client area has another size, or the window another state.
+    void Resize();
+
+protected:
+    /// @p width and @p height are the client area's size in twips.
+    Form(FormBorder border, int width, int height);
+
+    /// The button that Enter presses while it is enabled, wherever the focus is, unless a button
+    /// has it.
+    void SetDefaultButton(CommandButton& button);
+
+    /// The button that Escape presses while it is enabled.
+    void SetCancelButton(CommandButton& button);
+
+    /// Has the end of the user's session ask QueryUnload; a Cancel then keeps the session.
+    void AskAtSessionEnd();
+
+private:
+    friend class FormWindow;
+
+    bool MayUnload(QueryUnloadMode mode);
+    bool PressButtonFor(int key);
+
+    std::unique_ptr<QMainWindow> pobjWindow;
+    QString pstrIcon;
+    CommandButton* pobjDefaultButton = nullptr;
+    CommandButton* pobjCancelButton = nullptr;
+};
+
+} // namespace rivenfall

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+namespace rivenfall {
+
+/// A clock that ticks on the event loop.
+class Timer : public QObject {
+    Q_OBJECT
+
+public:
+    Timer();
+
+    /// True while the clock is switched on. It ticks while it is on and has an interval.
+    bool Enabled() const;
+    void SetEnabled(bool enabled);
+
+    /// Milliseconds from tick to tick; 0 is no interval.
+    int Interval() const;
+    void SetInterval(int milliseconds);
+
+Q_SIGNALS:
+    /// One tick.
+    void Tick();
+
+private:
+    void Restart();
+
+    QTimer pobjTimer;
+    bool pblnEnabled = false;
+    int plngInterval = 0;
+};
+
+} // namespace rivenfall

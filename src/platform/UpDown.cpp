@@ -1,0 +1,97 @@
+#include "platform/UpDown.h"
+
+#include <QKeyEvent>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace rivenfall {
+
+namespace {
+
+/// Milliseconds that a button is held before it repeats, and from one repetition to the next.
+constexpr int RepeatDelay = 400;
+constexpr int RepeatInterval = 120;
+
+/// The widget behind an UpDown.
+class ButtonPair : public QWidget {
+public:
+    explicit ButtonPair(QWidget* parent)
+        : QWidget(parent), Up(AddButton(Qt::UpArrow)), Down(AddButton(Qt::DownArrow)) {
+        setFocusPolicy(Qt::StrongFocus);
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setSpacing(0);
+        layout->addWidget(Up);
+        layout->addWidget(Down);
+    }
+
+    QToolButton* const Up;
+    QToolButton* const Down;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        switch (event->key()) {
+        case Qt::Key_Up:
+            Up->click();
+            break;
+        case Qt::Key_Down:
+            Down->click();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
+        }
+    }
+
+    void focusInEvent(QFocusEvent* event) override {
+        QWidget::focusInEvent(event);
+        ShowFocus(true);
+    }
+
+    void focusOutEvent(QFocusEvent* event) override {
+        QWidget::focusOutEvent(event);
+        ShowFocus(false);
+    }
+
+private:
+    QToolButton* AddButton(Qt::ArrowType arrow) {
+        auto* button = new QToolButton(this);
+        button->setArrowType(arrow);
+        button->setAutoRepeat(true);
+        button->setAutoRepeatDelay(RepeatDelay);
+        button->setAutoRepeatInterval(RepeatInterval);
+        button->setFocusPolicy(Qt::NoFocus);
+        button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+        return button;
+    }
+
+    /// Colours the arrows: the pair has no room for a frame of its own.
+    void ShowFocus(bool focused) {
+        QPalette colours;
+        if (focused) {
+            colours.setBrush(QPalette::Button, palette().highlight());
+            colours.setBrush(QPalette::ButtonText, palette().highlightedText());
+        }
+        Up->setPalette(colours);
+        Down->setPalette(colours);
+    }
+};
+
+ButtonPair* PairOf(const UpDown& control) {
+    return static_cast<ButtonPair*>(control.Widget());
+}
+
+} // namespace
+
+UpDown::UpDown(QWidget* container) : Control(new ButtonPair(container)) {
+    connect(PairOf(*this)->Up, &QToolButton::clicked, this, &UpDown::UpClick);
+    connect(PairOf(*this)->Down, &QToolButton::clicked, this, &UpDown::DownClick);
+}
+
+void UpDown::SetButtonNames(const QString& up, const QString& down) {
+    PairOf(*this)->Up->setAccessibleName(up);
+    PairOf(*this)->Up->setToolTip(up);
+    PairOf(*this)->Down->setAccessibleName(down);
+    PairOf(*this)->Down->setToolTip(down);
+}
+
+} // namespace rivenfall

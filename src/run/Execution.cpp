@@ -1,0 +1,207 @@
+#include "run/Execution.h"
+
+#include "app/Application.h"
+#include "app/Title.h"
+#include "app/modMain.h"
+#include "platform/MessageBox.h"
+#include "run/frmExec.h"
+
+#include <algorithm>
+#include <array>
+
+namespace rivenfall {
+
+namespace {
+
+constexpr int TickMilliseconds = 100;
+constexpr int BytesPerTick = 64;
+constexpr int LowestBoxHeight = 32;
+constexpr qsizetype FrameDashes = 53;
+
+} // namespace
+
+void Execution::FormDeleter::operator()(frmExec* form) const {
+    form->deleteLater();
+}
+
+Execution::Execution() : pobjForm(new frmExec) {
+    pobjForm->SetCaption(QStringLiteral("[Output] - ") + ProgramTitle());
+    pobjFormTmrTick = &pobjForm->tmrTick;
+    pobjFormTmrTick->SetInterval(TickMilliseconds);
+    pobjFormTmrTick->SetEnabled(true);
+    pobjFormTxtOutput = &pobjForm->txtOutput;
+
+    QObject::connect(pobjForm.get(), &Form::QueryUnload, &pobjSinks,
+                     [this](bool& cancel, int mode) { pobjForm_QueryUnload(cancel, mode); });
+    QObject::connect(pobjForm.get(), &Form::Resize, &pobjSinks, [this] { pobjForm_Resize(); });
+    QObject::connect(pobjFormTmrTick, &Timer::Tick, &pobjSinks,
+                     [this] { pobjFormTmrTick_Timer(); });
+    pobjForm_Resize();
+}
+
+Execution::~Execution() {
+    pobjForm->Hide();
+    pobjFormTxtOutput = nullptr;
+    pobjFormTmrTick->SetEnabled(false);
+    pobjFormTmrTick->SetInterval(0);
+    pobjFormTmrTick = nullptr;
+    pobjForm->Unload();
+}
+
+void Execution::Clear() {
+    pobjFormTxtOutput->SetText({});
+}
+
+void Execution::Echo(const QString& Issue, const QString& Success) {
+    EnsureShown();
+    const QString lineBreak = QStringLiteral("\r\n");
+    const QString dashes(FrameDashes, u'-');
+    QString frame;
+    if (pobjFormTxtOutput->TextLength() > 0) {
+        frame += lineBreak;
+    }
+    frame += QStringLiteral("# /") + dashes + lineBreak;
+    frame += QStringLiteral("# | ") + Issue + lineBreak;
+    if (!Success.isEmpty()) {
+        frame += QStringLiteral("# | [") + Success + QStringLiteral("]") + lineBreak;
+    }
+    frame += QStringLiteral("# \\") + dashes + lineBreak;
+    pobjFormTxtOutput->AppendText(frame);
+    pobjFormTxtOutput->SetSelStartToEnd();
+}
+
+bool Execution::Execute(const QString& CommandLine) {
+    const bool started = StartProcess(CommandLine);
+    Echo(CommandLine, started
+                          ? QStringLiteral("success")
+                          : QStringLiteral("error: CreateProcess failed (%1)").arg(LastError()));
+    return started;
+}
+
+QString Execution::Output() const {
+    return pstrOutput;
+}
+
+bool Execution::Running() const {
+    return pblnRunning;
+}
+
+void Execution::Show() {
+    QString caption = QStringLiteral("[Output] - ") + ProgramTitle();
+    // A run that goes on after the program was told to quit has no document any more.
+    if (const std::shared_ptr<Application> application = GlobalApplication()) {
+        caption.prepend(application->FileTitle() + QStringLiteral(" - "));
+    }
+    pobjForm->SetCaption(caption);
+    pobjForm->Show();
+    pobjForm->ZOrder(0);
+}
+
+const MultiLineTextBox& Execution::Log() const {
+    return *pobjFormTxtOutput;
+}
+
+bool Execution::StartProcess(const QString& CommandLine) {
+    if (pblnRunning) {
+        MessageBox(QStringLiteral("Still running!"), MessageBoxExclamation, ProgramTitle());
+        return false;
+    }
+    StandardStreams streams;
+    if (!OpenPipes(streams)) {
+        MessageBox(QStringLiteral("CreatePipe failed. Error: %1").arg(LastError()),
+                   MessageBoxPlain);
+        return false;
+    }
+    pblnRunning = CreateProcess(CommandLine, streams, phndProcess);
+    CloseHandle(streams.Input);
+    CloseHandle(streams.Output);
+    pstrOutput.clear();
+    pobjDecoder.resetState();
+    if (!pblnRunning) {
+        CloseHandle(phndInputWrite);
+        CloseHandle(phndOutputRead);
+        phndInputWrite = phndOutputRead = phndProcess = 0;
+    }
+    return pblnRunning;
+}
+
+/// Makes the two pipes of a child: its silent input, whose write end stays here, and the one
+/// stream for all its output, whose read end stays here. On failure nothing is left open.
+bool Execution::OpenPipes(StandardStreams& streams) {
+    Handle inputRead = 0;
+    if (!CreatePipe(inputRead, phndInputWrite)) {
+        return false;
+    }
+    streams.Input = DuplicateHandle(inputRead);
+    CloseHandle(inputRead);
+    if (!CreatePipe(phndOutputRead, streams.Output)) {
+        CloseHandle(streams.Input);
+        CloseHandle(phndInputWrite);
+        phndInputWrite = 0;
+        return false;
+    }
+    streams.Error = streams.Output;
+    return true;
+}
+
+void Execution::pobjForm_QueryUnload(bool& Cancel, int UnloadMode) {
+    if (UnloadMode != vbFormCode) {
+        Cancel = true;
+        pobjForm->Hide();
+    }
+}
+
+void Execution::pobjForm_Resize() {
+    if (pobjForm->WindowState() == vbMinimized) {
+        return;
+    }
+    const int height = std::max(pobjForm->ScaleHeight(), LowestBoxHeight);
+    pobjFormTxtOutput->Move(0, 0, pobjForm->ScaleWidth(), height);
+}
+
+void Execution::pobjFormTmrTick_Timer() {
+    if (!pblnRunning) {
+        return;
+    }
+    std::array<char, BytesPerTick> buffer = {};
+    int count = 0;
+    switch (ReadFile(phndOutputRead, buffer.data(), BytesPerTick, count)) {
+    case ReadOutcome::Nothing:
+        break;
+    case ReadOutcome::Data:
+        AppendOutput(pobjDecoder.decode(QByteArrayView(buffer.data(), count)));
+        break;
+    case ReadOutcome::End:
+        EndOutput();
+        break;
+    }
+}
+
+void Execution::EnsureShown() {
+    if (!pobjForm->Visible()) {
+        Show();
+    }
+}
+
+void Execution::AppendOutput(const QString& text) {
+    if (text.isEmpty()) {
+        return;
+    }
+    pstrOutput += text;
+    pobjFormTxtOutput->AppendText(text);
+    pobjFormTxtOutput->SetSelStartToEnd();
+}
+
+void Execution::EndOutput() {
+    // A blank behind the output brings out what it broke off in the middle of a character.
+    QString rest = pobjDecoder.decode(" ");
+    rest.chop(1);
+    AppendOutput(rest);
+
+    pblnRunning = false;
+    CloseHandle(phndInputWrite);
+    CloseHandle(phndOutputRead);
+    phndProcess = phndInputWrite = phndOutputRead = 0;
+}
+
+} // namespace rivenfall

@@ -1,0 +1,106 @@
+#include "run/ExpandVariables.h"
+
+#include "app/Application.h"
+#include "app/modMain.h"
+#include "support/SupportLibrary.h"
+
+#include <vector>
+
+namespace rivenfall {
+
+namespace {
+
+/// Per variable, by its position: its value is being expanded. Without allocation between two
+/// calls from outside.
+std::vector<bool> pblnVariableBusy;
+
+constexpr QLatin1StringView OpeningMark("${");
+constexpr QChar ClosingMark = u'}';
+
+/// Tells without a full comparison, and for nearly every pair of names, that they differ.
+bool DifferAtTheEnd(QStringView left, QStringView right) {
+    if (left.size() != right.size()) {
+        return true;
+    }
+    if (left.isEmpty()) {
+        return false;
+    }
+    const char16_t leftEnd = left.back().unicode();
+    const char16_t rightEnd = right.back().unicode();
+    constexpr char16_t letterCase = 0x20;
+    return leftEnd < 0x80 && rightEnd < 0x80 && ((leftEnd ^ rightEnd) & ~letterCase) != 0;
+}
+
+const DataNode* FindVariable(const DataNodes& variables, QStringView name) {
+    for (const std::shared_ptr<DataNode>& variable : variables) {
+        if (!variable->Active()) {
+            continue;
+        }
+        const QString value = variable->Value();
+        if (!DifferAtTheEnd(value, name) && name.compare(value, Qt::CaseInsensitive) == 0) {
+            return variable.get();
+        }
+    }
+    return nullptr;
+}
+
+const DataNode* FirstActive(const DataNodes& nodes) {
+    for (const std::shared_ptr<DataNode>& node : nodes) {
+        if (node->Active()) {
+            return node.get();
+        }
+    }
+    return nullptr;
+}
+
+QString ReplacementFor(const DataNodes& variables, QStringView name) {
+    const DataNode* variable = FindVariable(variables, name);
+    if (!variable) {
+        return {};
+    }
+    const auto position = static_cast<size_t>(variable->Index()) - 1;
+    if (pblnVariableBusy[position]) {
+        return {};
+    }
+    const DataNode* value = FirstActive(*variable->Childs());
+    if (!value) {
+        return {};
+    }
+    pblnVariableBusy[position] = true;
+    const QString replacement = ExpandVariables(value->Value());
+    pblnVariableBusy[position] = false;
+    return replacement;
+}
+
+} // namespace
+
+QString ExpandVariables(const QString& Text) {
+    const std::shared_ptr<Application> application = GlobalApplication();
+    const DataNodes& variables = *application->Variables();
+    const bool outermost = SupportLibrary::IsArrayEmpty(pblnVariableBusy);
+    if (outermost) {
+        pblnVariableBusy.assign(static_cast<size_t>(variables.Count()), false);
+    }
+
+    QString output;
+    qsizetype position = 0;
+    for (;;) {
+        const qsizetype open = Text.indexOf(OpeningMark, position);
+        const qsizetype close = open < 0 ? -1 : Text.indexOf(ClosingMark, open);
+        if (close < 0) {
+            output += QStringView(Text).sliced(position);
+            break;
+        }
+        const qsizetype nameBegin = open + OpeningMark.size();
+        output += QStringView(Text).sliced(position, open - position);
+        output += ReplacementFor(variables, QStringView(Text).sliced(nameBegin, close - nameBegin));
+        position = close + 1;
+    }
+
+    if (outermost) {
+        std::vector<bool>().swap(pblnVariableBusy);
+    }
+    return output;
+}
+
+} // namespace rivenfall

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/Form.h"
+#include "platform/MultiLineTextBox.h"
+#include "platform/Timer.h"
+
+namespace rivenfall {
+
+/// The output window: the log box and the clock that reads a child's output. It has no code of its
+/// own; its behaviour is in the handlers of Execution.
+class frmExec : public Form {
+    Q_OBJECT
+
+public:
+    /// Makes the window, hidden, with the clock switched off.
+    frmExec();
+
+    Timer tmrTick;
+    MultiLineTextBox txtOutput;
+};
+
+} // namespace rivenfall

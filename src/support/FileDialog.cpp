@@ -1,0 +1,46 @@
+#include "support/FileDialog.h"
+
+#include <QApplication>
+#include <QFileDialog>
+
+namespace rivenfall {
+
+namespace {
+
+FileDialogResponder Responder;
+
+} // namespace
+
+void FileDialog::ShowOpen() {
+    Show(Purpose::Open);
+}
+
+void FileDialog::ShowSave() {
+    Show(Purpose::Save);
+}
+
+void FileDialog::Show(Purpose purpose) {
+    const QString chosen = Responder ? Responder(pstrTitle) : AskUser(purpose);
+    pblnCancelled = chosen.isEmpty();
+    if (!pblnCancelled) {
+        pstrFileName = chosen;
+    }
+}
+
+QString FileDialog::AskUser(Purpose purpose) const {
+    QFileDialog dialog(QApplication::activeWindow(), pstrTitle, pstrInitialDirectory);
+    dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(pstrFilter.section(u'|', 0, 0),
+                                                       pstrFilter.section(u'|', 1, 1)));
+    dialog.setDefaultSuffix(pstrDefaultExtension.mid(1));
+    dialog.setAcceptMode(purpose == Purpose::Open ? QFileDialog::AcceptOpen
+                                                  : QFileDialog::AcceptSave);
+    dialog.setFileMode(pblnFileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !pblnAskBeforeOverwriting);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+void SetFileDialogResponder(FileDialogResponder responder) {
+    Responder = std::move(responder);
+}
+
+} // namespace rivenfall

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace rivenfall {
+
+/// The dialogs in which the user chooses a file to open or to save to. Every setting stays as it
+/// was written last from one showing to the next.
+class FileDialog {
+public:
+    /// True if the user left the latest dialog without choosing.
+    bool Cancelled() const { return pblnCancelled; }
+
+    /// Without a meaning on this platform, like DialogFlag2, 4, 5 and 7.
+    void SetDialogFlag1(bool) {}
+    void SetDialogFlag2(bool) {}
+
+    /// The extension, with its point, that a name chosen without one gets.
+    void SetDefaultExtension(const QString& extension) { pstrDefaultExtension = extension; }
+
+    /// The dialog's caption.
+    void SetDialogTitle(const QString& title) { pstrTitle = title; }
+
+    /// True lets only a file that exists be chosen.
+    void SetDialogFlag3(bool flag) { pblnFileMustExist = flag; }
+
+    /// The full path that was chosen in the latest dialog that wasn't cancelled.
+    QString FileName() const { return pstrFileName; }
+
+    /// Which files are listed: a description, a vertical bar and a file pattern.
+    void SetDialogFilter(const QString& filter) { pstrFilter = filter; }
+
+    void SetDialogFlag4(bool) {}
+
+    /// The folder that the next dialog starts in; empty leaves it to the platform.
+    void SetInitialDirectory(const QString& directory) { pstrInitialDirectory = directory; }
+
+    void SetDialogFlag5(bool) {}
+
+    /// True asks the user before a file that exists is chosen.
+    void SetDialogFlag6(bool flag) { pblnAskBeforeOverwriting = flag; }
+
+    void SetDialogFlag7(bool) {}
+
+    /// Lets the user choose a file to open. Returns when the dialog is closed.
+    void ShowOpen();
+
+    /// Lets the user choose a file to save to. Returns when the dialog is closed.
+    void ShowSave();
+
+private:
+    enum class Purpose { Open, Save };
+
+    void Show(Purpose purpose);
+    QString AskUser(Purpose purpose) const;
+
+    bool pblnCancelled = false;
+    bool pblnFileMustExist = false;
+    bool pblnAskBeforeOverwriting = false;
+    QString pstrDefaultExtension;
+    QString pstrTitle;
+    QString pstrFileName;
+    QString pstrFilter;
+    QString pstrInitialDirectory;
+};
+
+/// Something that chooses in the user's place: it is told the dialog's caption and gives a path,
+/// or an empty text to cancel.
+using FileDialogResponder = std::function<QString(const QString& title)>;
+
+/// Has @p responder answer every file dialog from here on instead of the user; an empty one gives
+/// them back to the user. For a program without a screen, and for tests.
+void SetFileDialogResponder(FileDialogResponder responder);
+
+} // namespace rivenfall

@@ -1,0 +1,114 @@
+#include "app/Application.h"
+#include "window/frmMain.h"
+
+namespace rivenfall {
+
+namespace {
+
+/// Gives the new node @p added what makes it complete down to the last level of its tree.
+void AddChildsFor(DataNode& added) {
+    switch (added.DataNodeType()) {
+    case Compiler:
+        added.Childs()->Add()->Childs()->Add(QStringLiteral("${FILE1}"));
+        break;
+    case Parameter:
+    case Variable:
+        added.Childs()->Add();
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+void Application::pobjFormCmdAdd_Click() {
+    const Node* item = pobjFormTvwContent->SelectedItem();
+    if (!item) {
+        return;
+    }
+    const std::shared_ptr<DataNode> selected = DataNodeOf(*item);
+    const std::shared_ptr<DataNode> added = selected->Parent()->Add(selected->Value());
+    AddChildsFor(*added);
+    added->Move(selected->Index() + 1);
+    Refresh();
+    SelectNode(*added);
+    pblnChanged = true;
+}
+
+void Application::pobjFormCmdRemove_Click() {
+    const Node* item = pobjFormTvwContent->SelectedItem();
+    if (!item) {
+        return;
+    }
+    DataNodeOf(*item)->Delete();
+
+    int& position = plngContentNode[static_cast<size_t>(plngContentActive) - 1];
+    const Node* neighbour = pobjFormTvwContent->SelectedItem();
+    if (neighbour->Previous()) {
+        position = neighbour->Previous()->Index();
+    } else if (neighbour->Next()) {
+        // The node behind the deleted one stands at this position now.
+    } else if (neighbour->Parent()) {
+        position = neighbour->Parent()->Index();
+    } else {
+        position = 1;
+    }
+    pblnChanged = true;
+    Refresh();
+}
+
+void Application::pobjFormCmdOk_Click() {
+    const Node* item = pobjFormTvwContent->SelectedItem();
+    if (!item) {
+        return;
+    }
+    DataNodeOf(*item)->SetValue(pobjFormTxtValue->Text());
+    pobjFormCmdOk->SetEnabled(false);
+    pobjFormCmdCancel->SetEnabled(false);
+    pblnEditing = false;
+    pblnChanged = true;
+    Refresh();
+}
+
+void Application::pobjFormCmdCancel_Click() {
+    if (Node* item = pobjFormTvwContent->SelectedItem()) {
+        pobjFormTvwContent_NodeClick(*item);
+    }
+}
+
+void Application::pobjFormTxtValue_Change() {
+    if (!HandleEvents()) {
+        return;
+    }
+    pblnEditing = true;
+    pobjFormCmdOk->SetEnabled(true);
+    pobjFormCmdCancel->SetEnabled(true);
+}
+
+void Application::pobjFormTxtValue_KeyDown(int& KeyCode, int Shift) {
+    if (Shift != 0) {
+        return;
+    }
+    Nodes& tree = pobjFormTvwContent->Nodes();
+    const int position = pobjFormTvwContent->SelectedItem()->Index();
+    int target = position;
+    switch (KeyCode) {
+    case vbKeyDown:
+        target = position + 1;
+        break;
+    case vbKeyUp:
+        target = position - 1;
+        break;
+    default:
+        return;
+    }
+    KeyCode = 0;
+    if (target >= 1 && target <= tree.Count()) {
+        Node& node = *tree.Item(target);
+        node.SetSelected(true);
+        pobjFormTvwContent_NodeClick(node);
+    }
+}
+
+} // namespace rivenfall

@@ -1,0 +1,52 @@
+#include "app/Application.h"
+#include "app/Title.h"
+#include "run/Execution.h"
+#include "support/SupportLibrary.h"
+#include "window/frmMain.h"
+
+namespace rivenfall {
+
+void Application::pobjFormMnuFileNew_Click() {
+    FileNew();
+}
+
+void Application::pobjFormMnuFileOpen_Click() {
+    FileOpen();
+}
+
+void Application::pobjFormMnuFileSave_Click() {
+    FileSave();
+}
+
+void Application::pobjFormMnuFileSaveAs_Click() {
+    FileSaveAs();
+}
+
+void Application::pobjFormMnuFileRun_Click() {
+    Run();
+}
+
+void Application::pobjFormMnuFileShowOutput_Click() {
+    pobjExecution->Show();
+}
+
+void Application::pobjFormMnuFileExit_Click() {
+    Quit();
+}
+
+void Application::pobjFormMnuHelpInfo_Click() {
+    SupportLibrary::ShowAbout(
+        ProgramTitle(), pobjForm->Icon(), {},
+        {QString(), QStringLiteral("This is a compiler controller,"),
+         QStringLiteral("i.e. it controlls compiler invocation and parameters.")});
+}
+
+void Application::pobjForm_QueryUnload(bool& Cancel, int UnloadMode) {
+    if (UnloadMode != vbFormCode) {
+        Cancel = !Quit();
+    }
+}
+
+void Application::pobjForm_Resize() {}
+
+} // namespace rivenfall

@@ -1,0 +1,138 @@
+#include "app/Application.h"
+#include "app/Title.h"
+#include "data/NodeKey.h"
+#include "window/frmMain.h"
+
+#include <algorithm>
+
+namespace rivenfall {
+
+namespace {
+
+void ShowState(Node& treeNode, const DataNode& node) {
+    treeNode.SetChecked(node.Active());
+    treeNode.SetExpanded(node.Expanded());
+}
+
+/// Adds a tree node for each node below @p owner, whose own tree node is there already.
+void BuildChilds(Nodes& tree, const DataNode& owner) {
+    if (!owner.Childs()) {
+        return;
+    }
+    const QString ownerKey = owner.Key();
+    for (const std::shared_ptr<DataNode>& node : *owner.Childs()) {
+        ShowState(tree.Add(ownerKey, tvwChild, node->Key(), node->Text()), *node);
+        BuildChilds(tree, *node);
+    }
+}
+
+} // namespace
+
+void Application::Refresh() {
+    SetHandleEvents(false);
+    pobjForm->SetCaption(FileTitle() + QStringLiteral(" - ") + ProgramTitle());
+    const int topIndex = CoverTree();
+    pobjFormTvwContent->Nodes().Clear();
+    BuildTree();
+    RestoreScrollPosition(topIndex);
+    SelectRememberedNode();
+    pobjFormTvwContent->ZOrder(0);
+    pobjFormTvwContentFake->SetVisible(true);
+    SetHandleEvents(true);
+}
+
+/// Puts a copy of the rows in view in front of the tree. Gives the index of the top row, or the
+/// number of nodes if none is in view.
+int Application::CoverTree() {
+    Nodes& cover = pobjFormTvwContentFake->Nodes();
+    cover.Clear();
+    int topIndex = pobjFormTvwContent->Nodes().Count();
+    for (const Node* node : pobjFormTvwContent->RowsInView()) {
+        topIndex = std::min(topIndex, node->Index());
+        cover.Add(node->Key(), node->Text());
+    }
+    pobjFormTvwContentFake->ZOrder(0);
+    return topIndex;
+}
+
+void Application::BuildTree() {
+    Nodes& tree = pobjFormTvwContent->Nodes();
+    for (const std::shared_ptr<DataNode>& node : *ActiveCollection()) {
+        ShowState(tree.Add(node->Key(), node->Text()), *node);
+        BuildChilds(tree, *node);
+    }
+}
+
+/// Brings the row that was at the top there again: down as far as the tree is expanded, and back
+/// up.
+void Application::RestoreScrollPosition(int topIndex) {
+    Nodes& tree = pobjFormTvwContent->Nodes();
+    int last = tree.Count();
+    while (last > 0 && !tree.Item(last)->Expanded()) {
+        --last;
+    }
+    for (const int index : {last, topIndex}) {
+        if (index >= 1 && index <= tree.Count()) {
+            tree.Item(index)->EnsureVisible();
+        }
+    }
+}
+
+void Application::SelectRememberedNode() {
+    Nodes& tree = pobjFormTvwContent->Nodes();
+    if (tree.Count() == 0) {
+        ShowNoSelection();
+        return;
+    }
+    // While a document is being opened the position may still be one in the former tree.
+    const int position = plngContentNode[static_cast<size_t>(plngContentActive) - 1];
+    Node& node = *tree.Item(std::min(position, tree.Count()));
+    node.EnsureVisible();
+    node.SetSelected(true);
+    pobjFormTvwContent_NodeClick(*pobjFormTvwContent->SelectedItem());
+}
+
+/// Adds a tree node for @p DN, the last of its collection. Its check mark and its state come with
+/// the next Refresh.
+void Application::AddToTree(DataNode& DN) {
+    Nodes& tree = pobjFormTvwContent->Nodes();
+    if (tree.Count() == 0) {
+        tree.Add(DN.Key(), DN.Text());
+    } else if (DN.Index() == 1) {
+        tree.Add(DN.Parent()->Parent()->Key(), tvwChild, DN.Key(), DN.Text());
+    } else {
+        tree.Add(DN.Parent()->Item(DN.Index() - 1)->Key(), tvwNext, DN.Key(), DN.Text());
+    }
+}
+
+void Application::RemoveFromTree(DataNode& DN) {
+    pobjFormTvwContent->Nodes().Remove(DN.Key());
+}
+
+void Application::pobjCompilers_Add(DataNode& DN) {
+    if (plngContentActive == 1) {
+        AddToTree(DN);
+    }
+}
+
+void Application::pobjCompilers_Move(DataNode&) {}
+
+void Application::pobjCompilers_Remove(DataNode& DN) {
+    if (plngContentActive == 1) {
+        RemoveFromTree(DN);
+    }
+}
+
+void Application::pobjVariables_Add(DataNode& DN) {
+    if (plngContentActive == 2) {
+        AddToTree(DN);
+    }
+}
+
+void Application::pobjVariables_Remove(DataNode& DN) {
+    if (plngContentActive == 2) {
+        RemoveFromTree(DN);
+    }
+}
+
+} // namespace rivenfall

@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Builds everything and runs the tests without a screen. Arguments go to ctest, such as
+# `-R Execution`.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+source "$root/dev/prepare.sh"
+
+install_packages "${build_packages[@]}" libgtest-dev
+cd "$root"
+export QT_QPA_PLATFORM=offscreen
+configure_build -DRIVENFALL_TESTS=ON
+cmake --build --preset release >&2
+exec ctest --test-dir build --output-on-failure --no-tests=error "$@"
