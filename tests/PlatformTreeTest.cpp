@@ -10,30 +10,30 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 
 using namespace rivenfall;
 
 namespace {
 
-/// A tree in a shown window, with a log of its events: "click KEY", "check KEY" and so on.
+/// A tree in a shown window, with a log of its events: "click KEY, check KEY" and so on.
 class PlatformTree : public testing::Test {
 protected:
     PlatformTree() {
         pobjWindow.resize(400, 200);
         pobjTree.Move(0, 0, 6000, 3000);
-        const auto record = [this](const char* event) {
-            return [this, event](Node& node) {
-                pstrLog.append(QLatin1StringView(event) + u' ' + node.Key());
-            };
-        };
-        QObject::connect(&pobjTree, &TreeView::NodeClick, &pobjWindow, record("click"));
-        QObject::connect(&pobjTree, &TreeView::NodeCheck, &pobjWindow, record("check"));
-        QObject::connect(&pobjTree, &TreeView::Expand, &pobjWindow, record("expand"));
-        QObject::connect(&pobjTree, &TreeView::Collapse, &pobjWindow, record("collapse"));
+        Record("click", &TreeView::NodeClick);
+        Record("check", &TreeView::NodeCheck);
+        Record("expand", &TreeView::Expand);
+        Record("collapse", &TreeView::Collapse);
         pobjWindow.show();
         pobjTree.SetFocus();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&pobjWindow));
+    }
+
+    void Record(const char* event, void (TreeView::*signal)(Node&)) {
+        QObject::connect(&pobjTree, signal, &pobjWindow, [this, event](Node& node) {
+            pstrLog.append(QLatin1StringView(event) + u' ' + node.Key());
+        });
     }
 
     /// Makes @p roots branches "1", "2", ... of @p children nodes "1.1", "1.2", ... each, all open.
@@ -50,26 +50,31 @@ protected:
     }
 
     Node& At(const char* key) { return *pobjTree.Nodes().Item(QString::fromLatin1(key)); }
-    QString Selected() {
-        return pobjTree.SelectedItem() ? pobjTree.SelectedItem()->Key() : u"-"_qs;
-    }
+    QString Selected() { return pobjTree.SelectedItem()->Key(); }
     QString Top() { return pobjTree.RowsInView().front()->Key(); }
-    QStringList TakeLog() { return std::exchange(pstrLog, {}); }
-
+    std::string TakeLog() { return std::exchange(pstrLog, {}).join(u", ").toStdString(); }
     QTreeView* View() { return static_cast<QTreeView*>(pobjTree.Widget()); }
     QWidget* Port() { return View()->viewport(); }
-
     /// The middle of the label, the check box or the expander of a row in view.
     enum Spot { Label = 60, Box = 8, Expander = -10 };
     QPoint Find(const char* key, Spot spot) {
         const std::vector<Node*> rows = pobjTree.RowsInView();
         const auto row = std::find(rows.begin(), rows.end(), &At(key)) - rows.begin();
-        const int height = View()->sizeHintForRow(0);
-        const int level = At(key).Parent() ? 2 : 1;
-        return {level * View()->indentation() + spot, static_cast<int>(row) * height + height / 2};
+        const int left = View()->indentation() * (At(key).Parent() ? 2 : 1);
+        return {left + spot, View()->sizeHintForRow(0) * (2 * static_cast<int>(row) + 1) / 2};
     }
     void Click(const char* key, Spot spot, Qt::KeyboardModifiers modifiers = {}) {
         QTest::mouseClick(Port(), Qt::LeftButton, modifiers, Find(key, spot));
+    }
+    void DoubleClick(const char* key, Spot spot) {
+        Click(key, spot);
+        QTest::mouseDClick(Port(), Qt::LeftButton, {}, Find(key, spot));
+        QTest::mouseRelease(Port(), Qt::LeftButton, {}, Find(key, spot));
+    }
+    void Drag(const QPoint& from, const QPoint& to) {
+        QTest::mousePress(Port(), Qt::LeftButton, {}, from);
+        QTest::mouseMove(Port(), to);
+        QTest::mouseRelease(Port(), Qt::LeftButton, {}, to);
     }
     void Press(int key) { QTest::keyClick(pobjTree.Widget(), static_cast<Qt::Key>(key)); }
 
@@ -83,22 +88,14 @@ TEST_F(PlatformTree, NodesKeepDepthFirstPositionsAndKeys) {
     Nodes& nodes = pobjTree.Nodes();
     nodes.Add(u"1"_qs, tvwNext, u"new"_qs, u"between"_qs).SetExpanded(true);
     nodes.Add(u"new"_qs, tvwChild, u"new.1"_qs, u"below"_qs);
-    EXPECT_EQ(nodes.Count(), 11);
-    EXPECT_EQ(At("new").Index(), 4);
     EXPECT_EQ(At("3.2").Index(), 11);
-    EXPECT_EQ(nodes.Item(6)->Key(), u"2");
     EXPECT_TRUE(At("new").Expanded());
     EXPECT_EQ(At("new").Previous(), &At("1"));
-    EXPECT_EQ(At("2").Next(), &At("3"));
-    EXPECT_EQ(At("2.1").Previous(), nullptr);
-    EXPECT_EQ(At("3.1").Parent(), &At("3"));
     for (const char* key : {"1.2", "3.1", "1.1", "2.2", "3.2", "new.1", "1", "2.1"})
         EXPECT_EQ(At(key).Key(), QLatin1StringView(key));
     nodes.Remove(u"1"_qs);
-    EXPECT_EQ(nodes.Count(), 8);
     EXPECT_EQ(At("2.1").Index(), 4);
     EXPECT_EQ(nodes.Item(u"1.2"_qs), nullptr);
-    EXPECT_EQ(nodes.Item(9), nullptr);
 }
 
 TEST_F(PlatformTree, RemovalAndRebuildKeepANodeSelected) {
@@ -114,9 +111,9 @@ TEST_F(PlatformTree, RemovalAndRebuildKeepANodeSelected) {
     }
     At("2.3").SetSelected(true);
     pobjTree.Nodes().Remove(u"2"_qs);
-    EXPECT_EQ(Selected(), u"-");
+    EXPECT_EQ(pobjTree.SelectedItem(), nullptr);
     Press(Qt::Key_Down);
-    EXPECT_EQ(TakeLog(), QStringList());
+    EXPECT_EQ(TakeLog(), "");
 }
 
 TEST_F(PlatformTree, CodeRaisesNoEvents) {
@@ -127,10 +124,8 @@ TEST_F(PlatformTree, CodeRaisesNoEvents) {
     At("1").SetExpanded(false);
     At("2.2").EnsureVisible();
     At("1.2").SetSelected(true);
-    EXPECT_TRUE(At("2").Expanded());
-    EXPECT_TRUE(At("2.2").Visible());
-    EXPECT_FALSE(At("1.2").Visible());
-    EXPECT_EQ(TakeLog(), QStringList());
+    EXPECT_TRUE(At("2").Expanded() && At("2.2").Visible() && !At("1.2").Visible());
+    EXPECT_EQ(TakeLog(), "");
 }
 
 TEST_F(PlatformTree, ScrollsOnlyAsFarAsNeeded) {
@@ -140,12 +135,10 @@ TEST_F(PlatformTree, ScrollsOnlyAsFarAsNeeded) {
     EXPECT_EQ(Top(), u"5.5");
     At("5.9").EnsureVisible();
     EXPECT_EQ(Top(), u"5.5");
-    EXPECT_TRUE(At("5.9").Visible());
-    EXPECT_FALSE(At("5.4").Visible());
+    EXPECT_TRUE(At("5.9").Visible() && !At("5.4").Visible());
     At("5.9").SetSelected(true);
     Fill(10, 20);
     EXPECT_EQ(Top(), u"5.5");
-
     pobjTree.Nodes().Add(u"wide"_qs, QString(200, u'w')).EnsureVisible();
     QApplication::processEvents();
     EXPECT_GT(View()->horizontalScrollBar()->maximum(), 500);
@@ -156,24 +149,23 @@ TEST_F(PlatformTree, MouseSelectsChecksAndOpens) {
     At("2").SetSelected(true);
     Click("1.1", Label);
     Click("1.1", Label, Qt::ControlModifier);
-    EXPECT_EQ(TakeLog(), (QStringList{u"click 1.1"_qs, u"click 1.1"_qs}));
+    EXPECT_EQ(TakeLog(), "click 1.1, click 1.1");
     QTest::mouseClick(Port(), Qt::LeftButton, Qt::ControlModifier, {200, 180});
     EXPECT_TRUE(View()->selectionModel()->isSelected(View()->currentIndex()));
-
+    Drag(Find("1.1", Label), Find("1.2", Label));
+    EXPECT_EQ(TakeLog(), "click 1.1, click 1.2");
     Click("2.2", Box);
-    EXPECT_TRUE(At("2.2").Checked());
-    QTest::mouseDClick(Port(), Qt::LeftButton, {}, Find("2.1", Box));
+    DoubleClick("2.1", Box);
     EXPECT_FALSE(At("2.1").Checked());
-    EXPECT_EQ(TakeLog(), (QStringList{u"check 2.2"_qs, u"check 2.1"_qs, u"check 2.1"_qs}));
-
-    QTest::mousePress(Port(), Qt::LeftButton, {}, Find("2", Expander));
-    QTest::mouseMove(Port(), Find("2", Expander) + QPoint(1, 1));
-    QTest::mouseRelease(Port(), Qt::LeftButton, {}, Find("2", Expander));
-    EXPECT_FALSE(At("2").Expanded());
-    EXPECT_EQ(Selected(), u"1.1");
-    EXPECT_EQ(TakeLog(), QStringList{u"collapse 2"_qs});
-    QTest::mouseDClick(Port(), Qt::LeftButton, {}, Find("2", Label));
-    EXPECT_EQ(TakeLog(), (QStringList{u"click 2"_qs, u"expand 2"_qs}));
+    EXPECT_EQ(TakeLog(), "check 2.2, check 2.1, check 2.1");
+    Drag(Find("2", Expander), Find("2", Expander) + QPoint(1, 1));
+    EXPECT_EQ(Selected(), u"1.2");
+    EXPECT_EQ(TakeLog(), "collapse 2");
+    DoubleClick("2", Label);
+    EXPECT_EQ(TakeLog(), "click 2, expand 2");
+    QObject::connect(&pobjTree, &TreeView::NodeClick, &pobjWindow, [this] { Fill(3, 5); });
+    Click("2", Label);
+    EXPECT_EQ(pobjTree.Nodes().Count(), 18);
 }
 
 TEST_F(PlatformTree, KeysMoveOpenAndCheck) {
@@ -182,29 +174,23 @@ TEST_F(PlatformTree, KeysMoveOpenAndCheck) {
     for (int key : {Qt::Key_Down, Qt::Key_Space, Qt::Key_Left, Qt::Key_Left, Qt::Key_Right,
                     Qt::Key_Right, Qt::Key_End, Qt::Key_Home, Qt::Key_Minus, Qt::Key_Asterisk})
         Press(key);
-    EXPECT_EQ(TakeLog(),
-              (QStringList{u"click 1.1"_qs, u"check 1.1"_qs, u"click 1"_qs, u"collapse 1"_qs,
-                           u"expand 1"_qs, u"click 1.1"_qs, u"click 2.2"_qs, u"click 1"_qs,
-                           u"collapse 1"_qs, u"expand 1"_qs}));
-    QTest::keyClicks(pobjTree.Widget(), u"child 2"_qs);
-    EXPECT_EQ(Selected(), u"2.1");
+    EXPECT_EQ(TakeLog(), "click 1.1, check 1.1, click 1, collapse 1, expand 1, click 1.1, click "
+                         "2.2, click 1, collapse 1, expand 1");
+    pobjTree.Nodes().Add(u"option"_qs, u"-o"_qs);
+    QTest::keyClicks(pobjTree.Widget(), u"chi"_qs);
+    EXPECT_EQ(TakeLog(), "click 1.1");
+    Press(Qt::Key_Minus);
+    EXPECT_EQ(Selected(), u"1.1");
+    At("2.1").SetSelected(true);
     At("2").SetExpanded(false);
     TakeLog();
     Press(Qt::Key_Up);
-    EXPECT_EQ(TakeLog(), QStringList{u"click 1.2"_qs});
+    EXPECT_EQ(TakeLog(), "click 1.2");
     for (int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, u"\r"_qs);
         QApplication::sendEvent(View(), &event);
         EXPECT_FALSE(event.isAccepted());
     }
-}
-
-TEST_F(PlatformTree, HandlersMayRebuildTheTree) {
-    Fill(3, 5);
-    QObject::connect(&pobjTree, &TreeView::NodeClick, &pobjWindow, [this] { Fill(3, 5); });
-    Click("2", Label);
-    Press(Qt::Key_Down);
-    EXPECT_EQ(pobjTree.Nodes().Count(), 18);
 }
 
 TEST_F(PlatformTree, ScreenReadersFindNestedItemsAndActAsTheUser) {
@@ -213,20 +199,16 @@ TEST_F(PlatformTree, ScreenReadersFindNestedItemsAndActAsTheUser) {
     pobjTree.Nodes().Add(u"blank"_qs, QString(64, u' '));
     QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(View());
     ASSERT_EQ(tree->childCount(), 3);
-    EXPECT_EQ(tree->role(), QAccessible::Tree);
     EXPECT_EQ(tree->child(2)->text(QAccessible::Name), u"(empty)");
     QAccessibleInterface* root = tree->child(1);
     QAccessibleInterface* item = root->child(1);
-    EXPECT_EQ(item->text(QAccessible::Name), u"child 2.2");
     EXPECT_EQ(item->text(QAccessible::Description), u"Level 2, 2 of 2");
-    EXPECT_EQ(tree->indexOfChild(root), 1);
-    EXPECT_EQ(item->parent(), root);
     EXPECT_EQ(tree->focusChild(), item);
     EXPECT_TRUE(tree->childAt(item->rect().center().x(), item->rect().center().y()) == item);
     root->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     item->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
     root->actionInterface()->doAction(root->actionInterface()->actionNames().last());
-    EXPECT_EQ(TakeLog(), (QStringList{u"click 2.1"_qs, u"check 2.2"_qs, u"collapse 2"_qs}));
+    EXPECT_EQ(TakeLog(), "click 2.1, check 2.2, collapse 2");
     EXPECT_TRUE(item->state().checked && item->state().invisible && root->state().collapsed);
     const QAccessible::Id id = QAccessible::uniqueId(item);
     pobjTree.Nodes().Remove(u"2"_qs);

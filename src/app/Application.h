@@ -84,6 +84,9 @@ public:
     /// The root of the variables; null once Quit has succeeded.
     DataNodes* Variables() const;
 
+    /// The main window, for code that reaches its controls by name. Owned by the Application.
+    frmMain* Form() const;
+
 private:
     /// Lets go of the window behind the event at hand, which may be one of its own.
     struct FormDeleter {
@@ -95,7 +98,6 @@ private:
     bool AskOpenFileName();
     bool AskSaveFileName();
     bool AskSaveChanges();
-    frmMain* Form() const;
     bool HandleEvents() const;
 
     void pobjCompilers_Add(DataNode& DN);

@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 
@@ -18,8 +19,26 @@ namespace rivenfall {
 /// Draws the rows and, unlike its base, leaves the check boxes to TreeRows.
 class RowDelegate : public QStyledItemDelegate {
 public:
-    using QStyledItemDelegate::initStyleOption;
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    /// Where the check box of the row at @p index is, whose place and widget @p option tells.
+    QRect CheckBox(QStyleOptionViewItem option, const QModelIndex& index) const {
+        initStyleOption(&option, index);
+        return option.widget->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator,
+                                                      &option, option.widget);
+    }
+
+    /// Some styles draw an outline that vanishes on dark and on selected rows.
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        painter->save();
+        QColor outline = option.palette.color(QPalette::Text);
+        outline.setAlphaF(0.5F);
+        painter->setPen(outline);
+        painter->drawRect(CheckBox(option, index).adjusted(0, 0, -1, -1));
+        painter->restore();
+    }
 
 protected:
     bool editorEvent(QEvent*, QAbstractItemModel*, const QStyleOptionViewItem&,
@@ -47,8 +66,9 @@ Node* NextRow(const Node& node, const TreeModel& model) {
 TreeRows::TreeRows(QWidget* container)
     : QTreeView(container),
       pobjNodes(std::make_unique<Nodes>(*this)),
-      pobjModel(std::make_unique<TreeModel>(*pobjNodes->pobjRoot, nullptr)),
-      pobjDelegate(new RowDelegate(this)) {
+      pobjModel(std::make_unique<TreeModel>(*pobjNodes->pobjRoot, nullptr)) {
+    // Not above: the new child makes an event, which needs every member.
+    pobjDelegate = new RowDelegate(this);
     TreeAccessibility::Install();
     setModel(pobjModel.get());
     setItemDelegate(pobjDelegate);
@@ -336,23 +356,24 @@ void TreeRows::keyPressEvent(QKeyEvent* event) {
         event->ignore();
         return;
     case Qt::Key_Space:
-        if (pobjSelected)
-            ToggleCheck(*pobjSelected);
+        if (shown && !hidden)
+            ToggleCheck(*shown);
         return;
     case Qt::Key_Asterisk:
         if (shown)
             OpenWholeBranch(*shown);
         return;
+    // Qt's view would also look for a text that begins with the sign.
     case Qt::Key_Plus:
+    case Qt::Key_Minus:
+        if (shown && shown->Expanded() == (event->key() == Qt::Key_Minus))
+            ToggleBranch(*shown);
+        return;
     case Qt::Key_Right:
         if (hidden) {
             ToggleBranch(*shown);
             return;
         }
-        break;
-    case Qt::Key_Minus:
-        if (hidden)
-            return;
         break;
     default:
         break;
@@ -433,10 +454,7 @@ bool TreeRows::OnCheckBox(const QModelIndex& index, const QPoint& position) cons
     QStyleOptionViewItem option;
     initViewItemOption(&option);
     option.rect = visualRect(index);
-    pobjDelegate->initStyleOption(&option, index);
-    return style()
-        ->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this)
-        .contains(position);
+    return pobjDelegate->CheckBox(option, index).contains(position);
 }
 
 bool TreeRows::OnExpander(const QModelIndex& index, const QPoint& position) const {

@@ -123,7 +123,7 @@ private:
 
     std::unique_ptr<Nodes> pobjNodes;
     std::unique_ptr<TreeModel> pobjModel;
-    RowDelegate* pobjDelegate;
+    RowDelegate* pobjDelegate = nullptr;
     TreeAccessibility* pobjAccessibility = nullptr;
     QTimer pobjSettleTimer;
     Node* pobjSelected = nullptr;

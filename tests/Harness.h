@@ -1,0 +1,69 @@
+#pragma once
+
+#include "app/Application.h"
+#include "app/modMain.h"
+#include "platform/MessageBox.h"
+#include "platform/MultiLineTextBox.h"
+#include "run/Execution.h"
+#include "window/frmMain.h"
+
+#include <QElapsedTimer>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <ostream>
+
+inline void PrintTo(const QString& text, std::ostream* stream) {
+    *stream << '"' << text.toStdString() << '"';
+}
+
+namespace rivenfall {
+
+/// What the program asked its user, and what the user will answer.
+struct User {
+    User();
+    ~User();
+
+    /// Each message box: its text, style and title, joined by "|".
+    QStringList Asked;
+    /// The answers to the next message boxes; OK or Cancel where there is none left.
+    std::deque<int> Answers;
+    /// The paths that the next file dialogs give; cancelled where there is none left.
+    std::deque<QString> Files;
+    /// The caption of each file dialog.
+    QStringList Dialogs;
+};
+
+/// A test with a running program: the Application with its windows, on no screen.
+class ProgramTest : public testing::Test {
+protected:
+    ProgramTest();
+    ~ProgramTest() override;
+
+    Application& Program() { return *GlobalApplication(); }
+    frmMain& Window() { return *Program().Form(); }
+    rivenfall::Execution& Runner() { return *Program().Execution(); }
+    QString Log() { return Runner().Log().Text(); }
+
+    /// The path of the file @p name in a folder that goes with the test.
+    QString Path(const QString& name) const { return Folder.filePath(name); }
+
+    /// Gives up what stands in the document and takes the program down.
+    void TakeDown();
+
+    User TheUser;
+    QTemporaryDir Folder;
+
+private:
+    QString FormerDirectory;
+};
+
+/// Handles events until @p condition holds; False if it doesn't within @p milliseconds.
+bool WaitFor(const std::function<bool()>& condition, int milliseconds = 10000);
+
+} // namespace rivenfall
