@@ -1,1 +1,282 @@
 #include "Harness.h"
+
+#include "document/DocumentFile.h"
+#include "platform/PropertyBag.h"
+
+#include <QDir>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace rivenfall;
+
+namespace {
+
+const char* const Title = "OMRA Rivenfall Compiler Controller 1.5.0";
+const std::vector<Sketch> SomeCompilers{{"cc", {{"-o", {"a", Off("b")}}, Off({"-g"})}},
+                                        Off({"ld"})};
+const std::vector<Sketch> SomeVariables{{"FILE1", {"x", "y"}}, Off({""})};
+
+/// The tree as it would stand in a file.
+std::vector<Sketch> SketchOf(const DataNodes* nodes) {
+    std::vector<Sketch> sketches;
+    for (const auto& node : nodes ? *nodes : DataNodes()) {
+        sketches.emplace_back(node->Value(), SketchOf(node->Childs()));
+        sketches.back().Active = node->Active();
+    }
+    return sketches;
+}
+
+/// A bag of the entries @p entries.
+QByteArray Bag(std::initializer_list<std::pair<const char*, QVariant>> entries) {
+    PropertyBag bag;
+    for (const auto& [name, value] : entries) {
+        bag.WriteProperty(name, value);
+    }
+    return bag.Contents();
+}
+
+/// Makes no file longer than @p bytes while it lives.
+struct FileSizeLimit {
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &Former);
+        const rlimit tight = {bytes, Former.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &tight);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &Former); }
+    rlimit Former;
+};
+
+class DocumentTest : public ProgramTest {
+protected:
+    QByteArray Content() {
+        return DocumentImage(SketchOf(Program().Compilers()), SketchOf(Program().Variables()));
+    }
+    bool OpenBytes(const QByteArray& bytes) {
+        return Program().FileOpen(StoreBytes(Path(u"other.tvq"_qs), bytes));
+    }
+    std::string TakeAsked() { return std::exchange(TheUser.Asked, {}).join(u'/').toStdString(); }
+    std::string Caption() {
+        return Window().Window()->windowTitle().section(u" - "_qs, 0, 0).toStdString();
+    }
+};
+
+TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
+    Program().FileNew();
+    const QString path = Path(u"näw file.tvq"_qs);
+    TheUser.Files = {path};
+    EXPECT_TRUE(Program().FileSave());
+    EXPECT_EQ(BytesOf(path), DocumentImage({{"", {{"", {"${FILE1}"}}}}}, {{"FILE1", {""}}}));
+    EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files).size(), 1);
+
+    const QByteArray image = DocumentImage(SomeCompilers, SomeVariables);
+    EXPECT_TRUE(OpenBytes(image + "what a longer file left behind"));
+    EXPECT_EQ(Content(), image);
+    Program().Compilers()->Item(1)->SetExpanded(false);
+    EXPECT_TRUE(Program().FileSave());
+    EXPECT_EQ(BytesOf(Path(u"other.tvq"_qs)), image);
+    EXPECT_TRUE(Program().FileOpen(path));
+    EXPECT_EQ(Program().FileTitle().toStdString(), "näw file.tvq");
+    EXPECT_TRUE(OpenBytes(image));
+    EXPECT_TRUE(Program().Compilers()->Item(1)->Expanded());
+    EXPECT_EQ(TakeAsked(), "");
+}
+
+TEST_F(DocumentTest, OlderVersionsGetTheDefaultVariable) {
+    const QByteArray compilers = CollectionImage(SomeCompilers, 2);
+    PropertyBag first;
+    first.SetContents(compilers);
+    first.WriteProperty("_FileFormatIdentification", u"TAVQEF#0001"_qs);
+    const QByteArray second =
+        Bag({{"_Content", Bag({{"Variables", QByteArray("no bag")}, {"Compilers", compilers}})},
+             {"_FileFormatIdentification", u"TAVQEF#0002"_qs}});
+    for (const QByteArray& image : {compilers, first.Contents(), second}) {
+        EXPECT_TRUE(OpenBytes(DocumentImage({}, SomeVariables)));
+        EXPECT_EQ(Window().tabContent.Tabs().Count(), 2);
+        EXPECT_TRUE(OpenBytes(image)) << TakeAsked();
+        EXPECT_EQ(Window().tabContent.Tabs().Count(), 1);
+        EXPECT_TRUE(Program().FileSave());
+        EXPECT_EQ(BytesOf(Path(u"other.tvq"_qs)), DocumentImage(SomeCompilers, {{"FILE1", {""}}}));
+    }
+}
+
+TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
+    const QByteArray none = CollectionImage({}, 0);
+    const auto withCompilers = [&none](const QVariant& compilers) {
+        return Bag({{"_FileFormatIdentification", u"TAVQEF#0003"_qs},
+                    {"_Content", Bag({{"Compilers", compilers}, {"Variables", none}})}});
+    };
+    const auto withNode = [&](const QByteArray& node) {
+        return withCompilers(Bag({{"Count", 1}, {"Item1", node}}));
+    };
+    ASSERT_TRUE(OpenBytes(withNode(Bag({{"Value", u""_qs}, {"Childs", none}}))));
+    const QByteArray huge = QByteArray::fromHex("a165436f756e743b00000000ffffffff");
+    const QByteArray broken[] = {
+        "",
+        "\x7F"
+        "ELF",
+        "plain text",
+        QByteArray(1 << 20, '\0'),
+        "\xA0",
+        Bag({{"Count", -1}}),
+        Bag({{"Count", 2147483647}}),
+        Bag({{"Count", u"1"_qs}}),
+        huge,
+        Bag({{"Count", 0}, {"_FileFormatIdentification", 1}}),
+        Bag({{"Count", 0}, {"_FileFormatIdentification", u"TAVQEF#0004"_qs}}),
+        Bag({{"Count", 0}, {"_FileFormatIdentification", u"TAVQEF#0002"_qs}}),
+        Bag({{"_Content", u"x"_qs}, {"_FileFormatIdentification", u"TAVQEF#0003"_qs}}),
+        Bag({{"_Content", Bag({{"Compilers", none}})},
+             {"_FileFormatIdentification", u"TAVQEF#0003"_qs}}),
+        withCompilers(1),
+        withCompilers(QByteArray()),
+        withCompilers(Bag({})),
+        withCompilers(Bag({{"Count", 2147483647}})),
+        withCompilers(Bag({{"Count", true}})),
+        withCompilers(Bag({{"Count", 1}, {"Item2", none}})),
+        withNode("x"),
+        withNode(Bag({})),
+        withNode(Bag({{"Value", 1}, {"Childs", none}})),
+        withNode(Bag({{"Value", u""_qs}})),
+        withNode(Bag({{"Value", u""_qs}, {"Active", 0}, {"Childs", none}})),
+        withNode(Bag({{"Value", u""_qs}, {"Childs", Bag({{"Count", -7}})}}))};
+    const QString path =
+        StoreBytes(Path(u"good.tvq"_qs), DocumentImage(SomeCompilers, SomeVariables));
+    ASSERT_TRUE(Program().FileOpen(path));
+    Program().NodeMove(true);
+    const QByteArray content = Content();
+    const auto expectRefused = [&](const QString& name) {
+        TheUser.Answers = {MessageBoxNo};
+        EXPECT_FALSE(Program().FileOpen(Path(name)));
+        EXPECT_EQ(TheUser.Asked.size(), 2) << name.toStdString();
+        EXPECT_TRUE(TheUser.Asked.last().startsWith(u"The file "_qs + Path(name) +
+                                                    u" can't be opened: "_qs));
+        EXPECT_EQ(TakeAsked().substr(0, 4), "The ") << "the question about changes comes first";
+        EXPECT_EQ(Content(), content);
+        EXPECT_EQ(Caption() + Program().FileTitle().toStdString(), "good.tvqgood.tvq");
+    };
+    for (const QByteArray& bytes : broken) {
+        SCOPED_TRACE(bytes.left(99).toHex().toStdString());
+        StoreBytes(Path(u"other.tvq"_qs), bytes);
+        expectRefused(u"other.tvq"_qs);
+    }
+    QDir(Folder.path()).mkdir(u"folder"_qs);
+    ASSERT_EQ(mkfifo(Path(u"pipe"_qs).toUtf8().constData(), 0600), 0);
+    for (const char* name : {"folder", "pipe", "none", "none/x", "good.tvq/x"}) {
+        expectRefused(QLatin1StringView(name));
+    }
+    if (geteuid() != 0) { // root reads everything
+        QFile::setPermissions(Path(u"other.tvq"_qs), QFile::WriteOwner);
+        expectRefused(u"other.tvq"_qs);
+    }
+}
+
+TEST_F(DocumentTest, DamageAtAnyByteIsNoticedOrHarmless) {
+    const QByteArray image = DocumentImage(SomeCompilers, SomeVariables);
+    const QString path = Path(u"damaged"_qs);
+    for (qsizetype position = 0; position < image.size(); ++position) {
+        DocumentContent content;
+        StoreBytes(path, image.left(position));
+        EXPECT_NE(ReadDocumentFile(path, content), QString()) << position;
+        for (const int change : {0x01, 0x20, 0x80, 0xFF}) {
+            QByteArray damaged = image;
+            damaged[position] = static_cast<char>(damaged[position] ^ change);
+            StoreBytes(path, damaged);
+            DocumentContent other;
+            if (ReadDocumentFile(path, other).isEmpty()) {
+                EXPECT_LE(SketchOf(&other.Compilers).size(), SomeCompilers.size());
+            }
+        }
+    }
+}
+
+TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
+    const auto formerAction = std::signal(SIGXFSZ, SIG_IGN);
+    for (const int length : {10, 100000}) {
+        const QString path =
+            StoreBytes(Path(u"old.tvq"_qs), DocumentImage({Sketch(QString(length, u'v'))}));
+        const QByteArray former = BytesOf(path);
+        ASSERT_TRUE(Program().FileOpen(path));
+        Program().NodeMove(true);
+        {
+            const FileSizeLimit full(static_cast<rlim_t>(length));
+            EXPECT_FALSE(Program().FileSave());
+        }
+        EXPECT_EQ(BytesOf(path), former);
+        EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files).size(), 1);
+        EXPECT_EQ(TheUser.Asked.takeLast().section(u'|', 1).toStdString(),
+                  std::string("48|") + Title);
+        QDir(Folder.path()).mkdir(u"folder"_qs);
+        for (const char* place : {"folder", "gone/new.tvq", "old.tvq/new.tvq"}) {
+            TheUser.Files = {Path(QLatin1StringView(place))};
+            EXPECT_FALSE(Program().FileSaveAs()) << place;
+            EXPECT_TRUE(TheUser.Asked.last().startsWith(
+                u"The file "_qs + Path(QLatin1StringView(place)) + u" can't be saved: "_qs));
+            EXPECT_EQ(Caption() + Program().FileTitle().toStdString(), "old.tvqold.tvq");
+        }
+        TakeAsked();
+        // The changes are still unsaved, and the next save finds the former name.
+        TheUser.Answers = {MessageBoxYes};
+        EXPECT_TRUE(Program().FileOpen(path));
+        EXPECT_EQ(TakeAsked(),
+                  std::string("The file was changed.\r\nDo you want to save it?|3|") + Title);
+        EXPECT_EQ(BytesOf(path), former);
+    }
+    std::signal(SIGXFSZ, formerAction);
+}
+
+TEST_F(DocumentTest, AProcessKilledWhileItSavesLeavesTheOldFileWhole) {
+    const QString path = StoreBytes(Path(u"old.tvq"_qs), DocumentImage(SomeCompilers));
+    DataNodes compilers, variables;
+    compilers.Add(QString(100000, u'v'));
+    const auto formerAction = std::signal(SIGCHLD, SIG_DFL);
+    EXPECT_EXIT(
+        {
+            const FileSizeLimit killer(50000);
+            WriteDocumentFile(path, compilers, variables);
+        },
+        testing::KilledBySignal(SIGXFSZ), "");
+    std::signal(SIGCHLD, formerAction);
+    EXPECT_EQ(BytesOf(path), DocumentImage(SomeCompilers));
+}
+
+TEST_F(DocumentTest, CommandsAskBeforeChangesAreLost) {
+    const QString path = StoreBytes(Path(u"a.tvq"_qs), DocumentImage(SomeCompilers));
+    ASSERT_TRUE(Program().FileOpen(path));
+    const std::string question =
+        std::string("The file was changed.\r\nDo you want to save it?|3|") + Title;
+    const auto change = [this] { Program().NodeMove(true); };
+    change();
+    const QByteArray changed = Content();
+    EXPECT_FALSE(Program().FileOpen(path));
+    EXPECT_FALSE(Program().Quit());
+    EXPECT_EQ(TakeAsked(), question + "/" + question);
+    Program().FileNew();
+    EXPECT_EQ(TakeAsked(), "changed; FileSave?|3|");
+    EXPECT_EQ(Content(), changed);
+    EXPECT_TRUE(TheUser.Dialogs.isEmpty());
+
+    TheUser.Answers = {MessageBoxYes};
+    EXPECT_FALSE(Program().FileOpen());
+    EXPECT_EQ(BytesOf(path), changed);
+    change();
+    TheUser.Answers = {MessageBoxNo};
+    Program().FileNew();
+    EXPECT_EQ(BytesOf(path), changed);
+    EXPECT_EQ(Caption() + Program().FileTitle().toStdString(), "New FileNew File");
+    TakeAsked();
+    change();
+    TheUser.Answers = {MessageBoxYes, MessageBoxYes};
+    EXPECT_FALSE(Program().FileOpen(path));
+    Program().FileNew();
+    EXPECT_EQ(TakeAsked(), question + "/changed; FileSave?|3|");
+    const QString save = u"FileSave File As - "_qs + QLatin1StringView(Title);
+    EXPECT_EQ(TheUser.Dialogs,
+              QStringList({u"Open File - "_qs + QLatin1StringView(Title), save, save}));
+    EXPECT_TRUE(Program().Quit());
+    EXPECT_EQ(TakeAsked(), "");
+}
+
+} // namespace

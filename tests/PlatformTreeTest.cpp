@@ -213,7 +213,7 @@ TEST_F(PlatformTree, ScreenReadersFindNestedItemsAndActAsTheUser) {
     const QAccessible::Id id = QAccessible::uniqueId(item);
     pobjTree.Nodes().Remove(u"2"_qs);
     EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
-    pobjTree.SetPresentedToScreenReaders(false);
+    pobjTree.SetReachable(false);
     EXPECT_EQ(tree->childCount(), 0);
 }
 

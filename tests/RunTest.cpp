@@ -1,1 +1,304 @@
 #include "Harness.h"
+
+#include "run/ExpandVariables.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTimer>
+
+#include <cstring>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace rivenfall;
+
+namespace {
+
+const QString Success = u"success"_qs;
+const QString NotFound = u"error: CreateProcess failed (2)"_qs;
+const QString Break = u"\r\n"_qs;
+
+class RunTest : public ProgramTest {
+protected:
+    void Open(const std::vector<Sketch>& compilers, const std::vector<Sketch>& variables = {}) {
+        const QString path = StoreBytes(Path(u"doc.tvq"_qs), DocumentImage(compilers, variables));
+        ASSERT_TRUE(Program().FileOpen(path)) << TheUser.Asked.join(u' ').toStdString();
+    }
+
+    QWidget* OutputWindow() { return Runner().Log().Widget()->window(); }
+
+    /// Executes @p items and gives their output and how the log grew chunk by chunk.
+    QString Execute(const QStringList& items) {
+        Chunks.clear();
+        EXPECT_TRUE(Runner().Execute(JoinCommandLine(items)));
+        qsizetype length = 0;
+        QObject context;
+        QObject::connect(&Runner().Log(), &MultiLineTextBox::Change, &context, [&] {
+            Chunks += static_cast<int>(Runner().Output().size() - length);
+            length = Runner().Output().size();
+        });
+        EXPECT_TRUE(WaitFor([this] { return !Runner().Running(); }));
+        return Runner().Output();
+    }
+
+    QList<int> Chunks;
+};
+
+TEST_F(RunTest, ExpandsReferences) {
+    Open({}, {{"A", {"x"}},
+              {"B", {"${A}y"}},
+              Off({"C", {"c1"}}),
+              {"D", {Off("d1"), "d2", "d3"}},
+              {"E", {Off("e1")}},
+              {"F", {"a${G}b"}},
+              {"G", {"c${F}d"}},
+              {"H", {"h${H}h"}},
+              Off({"M", {"m1"}}),
+              {"M", {"m2"}},
+              {"N", {Off("n1")}},
+              {"N", {"n2"}},
+              {"P", {"$"}},
+              {"Жук", {"beetle"}},
+              {"Open", {"${A"}},
+              {"x]", {"bracket"}}});
+    const char* const cases[][2] = {{"", ""},
+                                    {"plain", "plain"},
+                                    {"${A}", "x"},
+                                    {"a${A}b${A}c", "axbxc"},
+                                    {"${a}", "x"},
+                                    {"${B}", "xy"},
+                                    {"${C}", ""},
+                                    {"${D}", "d2"},
+                                    {"${E}", ""},
+                                    {"${NOPE}", ""},
+                                    {"x${NOPE}y", "xy"},
+                                    {"${F}", "acdb"},
+                                    {"${G}", "cabd"},
+                                    {"${H}", "hh"},
+                                    {"${F}${F}", "acdbacdb"},
+                                    {"${M}", "m2"},
+                                    {"${N}", ""},
+                                    {"${A", "${A"},
+                                    {"${A}-${B", "x-${B"},
+                                    {"${A${B}", ""},
+                                    {"${A${B}}", "}"},
+                                    {"}${A}{", "}x{"},
+                                    {"$A", "$A"},
+                                    {"$${A}", "$x"},
+                                    {"${}", ""},
+                                    {"${ A }", ""},
+                                    {"${P}{A}", "${A}"},
+                                    {"${жУК}", "beetle"},
+                                    {"${Open}}", "${A}"},
+                                    {"${X]}${X}}", "bracket}"}};
+    for (const auto& [text, result] : cases) {
+        EXPECT_EQ(ExpandVariables(QString::fromUtf8(text)).toStdString(), result) << text;
+    }
+    Program().Variables()->Item(1)->SetValue({});
+    EXPECT_EQ(ExpandVariables(u"${}"_qs).toStdString(), "x");
+    Program().Variables()->Clear();
+    EXPECT_EQ(ExpandVariables(u"a${A}b"_qs).toStdString(), "ab");
+}
+
+TEST_F(RunTest, CarriesOutTheActiveCompilersInOrder) {
+    const QByteArray formerPath = qgetenv("PATH");
+    for (const char* name : {"build.exe", "pack.exe", "check.exe"}) {
+        const QString program =
+            StoreBytes(Path(QLatin1StringView(name)), "#!/bin/sh\necho \"$# $* in ${PWD##*/}\"\n");
+        QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
+    }
+    qputenv("PATH", Folder.path().toUtf8() + ':' + formerPath);
+    QDir(Folder.path()).mkdir(u"C:\\work"_qs);
+    QDir::setCurrent(Folder.path());
+    Open({{"build.exe",
+           {{"-fast"},
+            {"-include", {"${LIB}", Off("extra.lib")}},
+            Off({"-trace", {"full"}}),
+            {"", {"${FILE1}"}}}},
+          {"CD", {"${DIR}"}},
+          Off({"pack.exe", {"-small"}}),
+          {"check.exe", {"${file1}"}},
+          {"check.exe", {"${NOPE}", Off("x"), "a b", ""}},
+          {"", {"x"}},
+          {"cdx"}},
+         {{"LIB", {"base.lib", "old.lib"}}, {"FILE1", {"input1"}}, {"DIR", {"C:\\work"}}});
+    Runner().Echo(u"of a run before"_qs);
+    Program().Run();
+    qputenv("PATH", formerPath);
+    EXPECT_EQ(Log(),
+              Frame(u"build.exe -fast -include base.lib input1"_qs, Success) +
+                  u"4 -fast -include base.lib input1 in "_qs + QFileInfo(Folder.path()).fileName() +
+                  u"\n"_qs + Break + Frame(u"cd C:\\work"_qs, Success) + Break +
+                  Frame(u"check.exe input1"_qs, Success) + u"1 input1 in C:\\work\n"_qs + Break +
+                  Frame(u"check.exe \"\" \"a b\""_qs, Success) + u"2  a b in C:\\work\n"_qs +
+                  Break + Frame(u"\"\" x"_qs, NotFound) + Break + Frame(u"cdx"_qs, NotFound));
+    EXPECT_EQ(Runner().Output(), QString());
+}
+
+TEST_F(RunTest, ChangesDirectoryStepByStep) {
+    QDir(Folder.path()).mkpath(u"a b/c"_qs);
+    const QString base = QDir(Folder.path()).canonicalPath();
+    Open({{"Cd", {base}}, {"cd", {"a b"}}, {"${X}", {"c"}}, {"cD", {"none"}}, {"cd"}, {"pwd"}},
+         {{"X", {"CD"}}});
+    Program().Run();
+    const QString failure = u"error "_qs + QString::fromLocal8Bit(std::strerror(ENOENT));
+    EXPECT_EQ(Log(), Frame(u"cd "_qs + base, Success) + Break + Frame(u"cd \"a b\""_qs, Success) +
+                         Break + Frame(u"cd c"_qs, Success) + Break +
+                         Frame(u"cd none"_qs, failure) + Break + Frame(u"cd "_qs, failure) + Break +
+                         Frame(u"pwd"_qs, Success) + base + u"/a b/c\n"_qs);
+    EXPECT_EQ(QDir::currentPath(), base + u"/a b/c"_qs);
+}
+
+TEST_F(RunTest, TellsThatThereIsNothingToRun) {
+    Open({Off({"true"})});
+    Runner().Echo(u"before"_qs);
+    Runner().Echo(u"and"_qs, u"then"_qs);
+    const QString former = Log();
+    EXPECT_EQ(former.count(u'\n'), 3 + 1 + 4);
+    Program().Run();
+    EXPECT_EQ(Log(),
+              former + Break + Frame(u"No compilers to run!"_qs, u"Please select some..."_qs));
+    EXPECT_EQ(TheUser.Asked.join(u'/').toStdString(),
+              "No compilers to run!\r\nPlease select some...|16|"
+              "OMRA Rivenfall Compiler Controller 1.5.0");
+}
+
+TEST_F(RunTest, ASecondRunWaitsForTheFirst) {
+    Open({{"rivenfall-no-such-program"}, Shell(u"sleep 0.5; echo late"_qs), {"echo", {"outer"}}});
+    QTimer::singleShot(350, &Window(), [this] {
+        EXPECT_TRUE(Runner().Running());
+        Program().Compilers()->Clear();
+        Program().Compilers()->Add(u"inner1"_qs);
+        Program().Compilers()->Add(u"echo"_qs)->Childs()->Add(u"inner2"_qs);
+        Program().Run();
+    });
+    Program().Run();
+    EXPECT_EQ(Log(), Frame(u"inner1"_qs, NotFound) + u"late\n"_qs + Break +
+                         Frame(u"echo inner2"_qs, Success) + u"inner2\n"_qs + Break +
+                         Frame(u"echo outer"_qs, Success) + u"outer\n"_qs);
+    EXPECT_EQ(TheUser.Asked.join(u'/').toStdString(),
+              "Still running!|48|OMRA Rivenfall Compiler Controller 1.5.0");
+}
+
+TEST_F(RunTest, ARunGoesOnBehindQuit) {
+    Open({Shell(u"sleep 0.3; echo one"_qs), {"echo", {"two"}}});
+    std::weak_ptr<Application> watch;
+    {
+        const std::shared_ptr<Application> application = GlobalApplication();
+        watch = application;
+        QWidget* window = OutputWindow();
+        QTimer::singleShot(100, &Window(), [&] {
+            EXPECT_TRUE(application->Quit());
+            window->close();
+        });
+        application->Run();
+        EXPECT_TRUE(application->Execution()->Log().Text().endsWith(u"two\n"_qs));
+        EXPECT_TRUE(window->isVisible());
+        EXPECT_EQ(window->windowTitle().toStdString(),
+                  "[Output] - OMRA Rivenfall Compiler Controller 1.5.0");
+    }
+    EXPECT_TRUE(watch.expired());
+}
+
+TEST_F(RunTest, ATickDeliversAtMost64Bytes) {
+    const QString path = Path(u"out"_qs);
+    StoreBytes(path, QByteArray(130, 'x'));
+    EXPECT_EQ(Execute({u"cat"_qs, path}), QString(130, u'x'));
+    EXPECT_EQ(Chunks, (QList<int>{64, 64, 2}));
+    // Characters of 2, 3 and 4 bytes lie across the ends of chunks.
+    const QByteArray whole =
+        QByteArray(63, 'a') + "ж" + QByteArray(62, 'b') + "漢" + QByteArray(62, 'c') + "😀\r\n";
+    StoreBytes(path, whole);
+    EXPECT_EQ(Execute({u"cat"_qs, path}).toUtf8(), whole);
+    StoreBytes(path, "a\xFF"
+                     "b\xC3(\xE6\xBC");
+    EXPECT_EQ(Execute({u"cat"_qs, path}), QString::fromUtf8("a\uFFFDb\uFFFD(\uFFFD"));
+    EXPECT_TRUE(Log().endsWith(u"(\uFFFD"_qs));
+}
+
+TEST_F(RunTest, ASilentChildHoldsNothingUp) {
+    int beats = 0;
+    QTimer heart;
+    QObject::connect(&heart, &QTimer::timeout, &heart, [&beats] { ++beats; });
+    heart.start(10);
+    EXPECT_EQ(Execute({u"sleep"_qs, u"0.6"_qs}), QString());
+    EXPECT_GT(beats, 20);
+    // A grandchild that holds the output counts as the child.
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_EQ(
+        Execute({u"sh"_qs, u"-c"_qs, u"(sleep 0.6; echo late) & echo started"_qs}).toStdString(),
+        "started\nlate\n");
+    EXPECT_GE(clock.elapsed(), 600);
+    // A child that lets go of its output doesn't.
+    clock.restart();
+    Execute({u"sh"_qs, u"-c"_qs, u"exec >&- 2>&-; sleep 3"_qs});
+    EXPECT_LT(clock.elapsed(), 2000);
+}
+
+TEST_F(RunTest, FortyCommandsLeaveNothingBehind) {
+    Execute({u"true"_qs});
+    const int before = OpenDescriptors();
+    std::vector<Sketch> compilers(38, Sketch("true"));
+    compilers.insert(compilers.begin() + 5, 2, Sketch("rivenfall-no-such-program"));
+    Open(compilers);
+    Program().Run();
+    EXPECT_EQ(Log().count(u"# | [success]"_qs), 38);
+    EXPECT_EQ(OpenDescriptors(), before);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
+    Execute({u"true"_qs});
+    rlimit limit;
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const int before = OpenDescriptors();
+    const int free = dup(STDOUT_FILENO);
+    close(free);
+    // Room for no pipe, for the first one, and for the first one with its copy.
+    for (const int room : {0, 2, 3}) {
+        const rlimit tight = {static_cast<rlim_t>(free + room), limit.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &tight);
+        const bool started = Runner().Execute(u"true"_qs);
+        setrlimit(RLIMIT_NOFILE, &limit);
+        EXPECT_FALSE(started || Runner().Running());
+        EXPECT_EQ(OpenDescriptors(), before) << room;
+        EXPECT_EQ(TheUser.Asked.last().toStdString(), "CreatePipe failed. Error: 24|0|");
+        EXPECT_TRUE(Log().endsWith(Frame(u"true"_qs, u"error: CreateProcess failed (24)"_qs)));
+    }
+    EXPECT_EQ(TheUser.Asked.size(), 3);
+    EXPECT_EQ(Execute({u"echo"_qs, u"again"_qs}).toStdString(), "again\n");
+}
+
+TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
+    const QString title = u"[Output] - OMRA Rivenfall Compiler Controller 1.5.0"_qs;
+    QWidget* window = OutputWindow();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(window->windowTitle(), title);
+    EXPECT_TRUE(Runner().Execute(u"sh -c \"sleep 0.2; echo x\""_qs));
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->windowTitle(), u"New File - "_qs + title);
+    window->close();
+    EXPECT_TRUE(WaitFor([this] { return !Runner().Running(); }));
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(Log().endsWith(u"x\n"_qs));
+    Open({{"true"}});
+    Runner().Clear();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(Runner().Output().toStdString(), "x\n");
+    Runner().Echo(QString(200, u'i') + u"\r\nsecond line"_qs);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->windowTitle(), u"doc.tvq - "_qs + title);
+    const QStringList lines = Log().split(Break);
+    EXPECT_EQ(lines.size(), 5);
+    EXPECT_EQ(lines[0].size(), 56);
+    EXPECT_EQ(lines[3], u"# \\"_qs + QString(53, u'-'));
+    EXPECT_EQ(lines[2].toStdString(), "second line");
+    window->resize(500, 300);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Runner().Log().Widget()->size(), QSize(500, 300));
+}
+
+} // namespace

@@ -11,23 +11,11 @@ DataNode::DataNode() : pobjChilds(std::make_unique<DataNodes>()) {
 
 DataNode::~DataNode() = default;
 
-bool DataNode::Active() const {
-    return pblnActive;
-}
-
 void DataNode::SetActive(bool active) {
     pblnActive = active;
     if (active && !MayHoldNodes(plngDataNodeType)) {
         pobjParent->DeactivateOthers(*this);
     }
-}
-
-DataNodes* DataNode::Childs() const {
-    return pobjChilds.get();
-}
-
-int DataNode::DataNodeType() const {
-    return plngDataNodeType;
 }
 
 void DataNode::Delete() {
@@ -42,16 +30,8 @@ void DataNode::Delete() {
     pobjParent = nullptr;
 }
 
-bool DataNode::Expanded() const {
-    return pblnExpanded;
-}
-
 void DataNode::SetExpanded(bool expanded) {
     pblnExpanded = expanded;
-}
-
-int DataNode::Index() const {
-    return plngIndex;
 }
 
 QString DataNode::Key() const {
@@ -72,17 +52,9 @@ void DataNode::Move(int DestinationIndex) {
     pobjParent->MoveItem(*this, DestinationIndex);
 }
 
-DataNodes* DataNode::Parent() const {
-    return pobjParent;
-}
-
 QString DataNode::Text() const {
     static const QString blanks(64, u' ');
     return pstrValue.isEmpty() ? blanks : pstrValue;
-}
-
-QString DataNode::Value() const {
-    return pstrValue;
 }
 
 void DataNode::SetValue(const QString& value) {

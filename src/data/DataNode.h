@@ -37,26 +37,26 @@ public:
     DataNode& operator=(const DataNode&) = delete;
 
     /// The node takes part in a run. Writing True to an alternative switches the others off.
-    bool Active() const;
+    bool Active() const { return pblnActive; }
     void SetActive(bool active);
 
     /// The child collection, owned by the node; null for a kind that holds nothing and for a
     /// deleted node.
-    DataNodes* Childs() const;
+    DataNodes* Childs() const { return pobjChilds.get(); }
 
     /// A NodeKind.
-    int DataNodeType() const;
+    int DataNodeType() const { return plngDataNodeType; }
 
     /// Takes the node with its whole subtree out of the tree, the subtree bottom up. Afterwards
     /// Index is 0, Value empty, and Parent and Childs are null.
     void Delete();
 
     /// The tree shows the node's children.
-    bool Expanded() const;
+    bool Expanded() const { return pblnExpanded; }
     void SetExpanded(bool expanded);
 
     /// The position among its siblings, from 1; 0 while the node is in no collection.
-    int Index() const;
+    int Index() const { return plngIndex; }
 
     /// The node's key, built anew at each call.
     QString Key() const;
@@ -65,13 +65,13 @@ public:
     void Move(int DestinationIndex);
 
     /// The collection that lists the node; null for a deleted node.
-    DataNodes* Parent() const;
+    DataNodes* Parent() const { return pobjParent; }
 
     /// What the tree shows: the value, or 64 blanks in place of an empty one.
     QString Text() const;
 
-    /// The node's one piece of content.
-    QString Value() const;
+    /// The node's one piece of content. The reference holds until the value changes.
+    const QString& Value() const { return pstrValue; }
     void SetValue(const QString& value);
 
 private:

@@ -30,28 +30,8 @@ void DataNodes::Clear() {
     }
 }
 
-int DataNodes::Count() const {
-    return static_cast<int>(pobjItems.size());
-}
-
-int DataNodes::DataNodesType() const {
-    return plngDataNodesType;
-}
-
 std::shared_ptr<DataNode> DataNodes::Item(int Index) const {
     return pobjItems.at(static_cast<size_t>(Index) - 1);
-}
-
-DataNodes::Items::const_iterator DataNodes::begin() const {
-    return pobjItems.begin();
-}
-
-DataNodes::Items::const_iterator DataNodes::end() const {
-    return pobjItems.end();
-}
-
-DataNode* DataNodes::Parent() const {
-    return pobjParent;
 }
 
 void DataNodes::Remove(int Index) {

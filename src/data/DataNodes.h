@@ -48,20 +48,20 @@ public:
     void Clear();
 
     /// The number of nodes.
-    int Count() const;
+    int Count() const { return static_cast<int>(pobjItems.size()); }
 
     /// The NodeKind of the nodes.
-    int DataNodesType() const;
+    int DataNodesType() const { return plngDataNodesType; }
 
     /// The node at @p Index, 1 to Count. Throws std::out_of_range for any other position.
     std::shared_ptr<DataNode> Item(int Index) const;
 
     /// The nodes in order, for a walk over them.
-    Items::const_iterator begin() const;
-    Items::const_iterator end() const;
+    Items::const_iterator begin() const { return pobjItems.begin(); }
+    Items::const_iterator end() const { return pobjItems.end(); }
 
     /// The node that owns the collection; null for a root.
-    DataNode* Parent() const;
+    DataNode* Parent() const { return pobjParent; }
 
     /// Deletes the node at @p Index, 1 to Count. Throws as Item does.
     void Remove(int Index);

@@ -3,9 +3,9 @@
 #include "platform/CommandButton.h"
 #include "platform/Twips.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
-#include <QGuiApplication>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QLayout>
@@ -24,11 +24,7 @@ constexpr int FontPixels = 11;
 /// The window behind a Form.
 class FormWindow : public QMainWindow {
 public:
-    FormWindow(Form& owner) : Owner(owner) {
-        // Shown anew it leaves the keyboard to the window that the user is working in.
-        setAttribute(Qt::WA_ShowWithoutActivating);
-        setContextMenuPolicy(Qt::NoContextMenu);
-    }
+    explicit FormWindow(Form& owner) : Owner(owner) {}
 
 protected:
     void closeEvent(QCloseEvent* event) override {
@@ -68,6 +64,7 @@ Form::Form(FormBorder border, int width, int height)
     if (border == FormBorder::Fixed) {
         client->setFixedSize(PixelsFromTwips(width), PixelsFromTwips(height));
         pobjWindow->layout()->setSizeConstraint(QLayout::SetFixedSize);
+        pobjWindow->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
     } else {
         pobjWindow->resize(PixelsFromTwips(width), PixelsFromTwips(height));
     }
@@ -153,9 +150,16 @@ void Form::SetCancelButton(CommandButton& button) {
     pobjCancelButton = &button;
 }
 
+void Form::LeaveFocusWhenShown() {
+    pobjWindow->setAttribute(Qt::WA_ShowWithoutActivating);
+}
+
 void Form::AskAtSessionEnd() {
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager& session) {
-        if (session.allowsInteraction() && !MayUnload(vbAppWindows)) {
+        // A dialog that waits for its answer can't be passed over, and a question about the
+        // session is none of its answers.
+        const bool dialogWaits = QApplication::activeModalWidget() != nullptr;
+        if (session.allowsInteraction() && (dialogWaits || !MayUnload(vbAppWindows))) {
             session.cancel();
         }
     });

@@ -58,7 +58,7 @@ public:
     int ScaleWidth() const;
     int ScaleHeight() const;
 
-    /// Shows the form, not modal and without taking the keyboard from a window that has it.
+    /// Shows the form, not modal. A minimised one comes back.
     void Show();
     void Hide();
 
@@ -92,6 +92,9 @@ protected:
 
     /// The button that Escape presses while it is enabled.
     void SetCancelButton(CommandButton& button);
+
+    /// Has Show leave the keyboard to the window that the user is working in.
+    void LeaveFocusWhenShown();
 
     /// Has the end of the user's session ask QueryUnload; a Cancel then keeps the session.
     void AskAtSessionEnd();

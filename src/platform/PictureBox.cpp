@@ -4,8 +4,6 @@
 
 namespace rivenfall {
 
-PictureBox::PictureBox(QWidget* container) : Control(new QWidget(container)) {
-    Widget()->setAutoFillBackground(true);
-}
+PictureBox::PictureBox(QWidget* container) : Control(new QWidget(container)) {}
 
 } // namespace rivenfall

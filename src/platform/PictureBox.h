@@ -4,7 +4,7 @@
 
 namespace rivenfall {
 
-/// A plain opaque container for other controls.
+/// A plain container for other controls. What lies behind it shows between them.
 class PictureBox : public Control {
     Q_OBJECT
 

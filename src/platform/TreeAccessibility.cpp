@@ -134,7 +134,7 @@ QAccessibleInterface* PresentTreeRows(const QString& className, QObject* object)
 
 /// The object to announce for a node, or null if nobody listens.
 QAccessibleInterface* Listening(TreeRows& rows, const Node& node) {
-    if (!QAccessible::isActive() || !rows.Presented())
+    if (!QAccessible::isActive() || !rows.Reachable())
         return nullptr;
     auto* const tree =
         dynamic_cast<TreeAccessibility*>(QAccessible::queryAccessibleInterface(&rows));
@@ -213,12 +213,12 @@ void TreeAccessibility::ForgetAll() {
 }
 
 int TreeAccessibility::childCount() const {
-    return Rows()->Presented() ? Rows()->Model().rowCount() : 0;
+    return Rows()->Reachable() ? Rows()->Model().rowCount() : 0;
 }
 
 QAccessibleInterface* TreeAccessibility::child(int index) const {
     Node* const node = TreeModel::NodeAt(Rows()->Model().index(index, 0));
-    return node && Rows()->Presented() ? const_cast<TreeAccessibility*>(this)->InterfaceOf(*node)
+    return node && Rows()->Reachable() ? const_cast<TreeAccessibility*>(this)->InterfaceOf(*node)
                                        : nullptr;
 }
 
@@ -230,7 +230,7 @@ int TreeAccessibility::indexOfChild(const QAccessibleInterface* child) const {
 QAccessibleInterface* TreeAccessibility::childAt(int x, int y) const {
     const QPoint position = Rows()->viewport()->mapFromGlobal(QPoint(x, y));
     Node* const node = Rows()->RowAt(position);
-    return node && Rows()->Presented() ? const_cast<TreeAccessibility*>(this)->InterfaceOf(*node)
+    return node && Rows()->Reachable() ? const_cast<TreeAccessibility*>(this)->InterfaceOf(*node)
                                        : nullptr;
 }
 
@@ -242,7 +242,7 @@ QAccessibleInterface* TreeAccessibility::focusChild() const {
 
 QAccessible::State TreeAccessibility::state() const {
     QAccessible::State state = QAccessibleWidget::state();
-    if (!Rows()->Presented()) {
+    if (!Rows()->Reachable()) {
         state.invisible = true;
         state.focusable = false;
     }

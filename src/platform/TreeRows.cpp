@@ -91,6 +91,11 @@ TreeRows::TreeRows(QWidget* container)
 
 TreeRows::~TreeRows() = default;
 
+void TreeRows::SetReachable(bool reachable) {
+    pblnReachable = reachable;
+    setFocusPolicy(reachable ? Qt::StrongFocus : Qt::NoFocus);
+}
+
 void TreeRows::BeginChanges() {
     if (pobjModel->Changing())
         return;

@@ -47,9 +47,9 @@ public:
     /// collapsed branch that does.
     static Node& NearestShown(Node& node);
 
-    /// Whether screen readers find the tree.
-    bool Presented() const { return pblnPresented; }
-    void SetPresented(bool presented) { pblnPresented = presented; }
+    /// Whether the keyboard and screen readers can get into the tree.
+    bool Reachable() const { return pblnReachable; }
+    void SetReachable(bool reachable);
 
     /// To be called before nodes are added or removed.
     void BeginChanges();
@@ -129,7 +129,7 @@ private:
     Node* pobjSelected = nullptr;
     int plngWidestRow = 0;
     bool pblnFitting = false;
-    bool pblnPresented = true;
+    bool pblnReachable = true;
 
     int plngUserActions = 0;
     std::deque<Happening> pobjHappenings;

@@ -23,8 +23,8 @@ std::vector<Node*> TreeView::RowsInView() const {
     return Rows()->RowsInView();
 }
 
-void TreeView::SetPresentedToScreenReaders(bool presented) {
-    Rows()->SetPresented(presented);
+void TreeView::SetReachable(bool reachable) {
+    Rows()->SetReachable(reachable);
 }
 
 TreeRows* TreeView::Rows() const {

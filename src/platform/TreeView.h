@@ -31,9 +31,9 @@ public:
     /// The nodes whose rows stand, wholly or in part, in the visible area, from the top down.
     std::vector<Node*> RowsInView() const;
 
-    /// Chooses whether screen readers find the tree. True at first; a tree that only covers or
-    /// backs another one is of no use to them.
-    void SetPresentedToScreenReaders(bool presented);
+    /// Chooses whether the keyboard and screen readers can get into the tree. True at first; a tree
+    /// that only covers or backs another one is of no use to them.
+    void SetReachable(bool reachable);
 
 Q_SIGNALS:
     /// The user closed the branch of @p node.

@@ -14,8 +14,17 @@ namespace {
 /// calls from outside.
 std::vector<bool> pblnVariableBusy;
 
-constexpr QLatin1StringView OpeningMark("${");
+constexpr QStringView OpeningMark = u"${";
 constexpr QChar ClosingMark = u'}';
+
+/// The position of the first opening mark from @p from on, or -1.
+qsizetype FindOpeningMark(QStringView text, qsizetype from) {
+    qsizetype found = text.indexOf(OpeningMark.front(), from);
+    while (found >= 0 && !text.sliced(found).startsWith(OpeningMark)) {
+        found = text.indexOf(OpeningMark.front(), found + 1);
+    }
+    return found;
+}
 
 /// Tells without a full comparison, and for nearly every pair of names, that they differ.
 bool DifferAtTheEnd(QStringView left, QStringView right) {
@@ -36,7 +45,7 @@ const DataNode* FindVariable(const DataNodes& variables, QStringView name) {
         if (!variable->Active()) {
             continue;
         }
-        const QString value = variable->Value();
+        const QString& value = variable->Value();
         if (!DifferAtTheEnd(value, name) && name.compare(value, Qt::CaseInsensitive) == 0) {
             return variable.get();
         }
@@ -75,6 +84,10 @@ QString ReplacementFor(const DataNodes& variables, QStringView name) {
 } // namespace
 
 QString ExpandVariables(const QString& Text) {
+    qsizetype open = FindOpeningMark(Text, 0);
+    if (open < 0) {
+        return Text;
+    }
     const std::shared_ptr<Application> application = GlobalApplication();
     const DataNodes& variables = *application->Variables();
     const bool outermost = SupportLibrary::IsArrayEmpty(pblnVariableBusy);
@@ -83,19 +96,20 @@ QString ExpandVariables(const QString& Text) {
     }
 
     QString output;
+    output.reserve(Text.size());
     qsizetype position = 0;
-    for (;;) {
-        const qsizetype open = Text.indexOf(OpeningMark, position);
-        const qsizetype close = open < 0 ? -1 : Text.indexOf(ClosingMark, open);
+    while (open >= 0) {
+        const qsizetype close = Text.indexOf(ClosingMark, open);
         if (close < 0) {
-            output += QStringView(Text).sliced(position);
             break;
         }
         const qsizetype nameBegin = open + OpeningMark.size();
         output += QStringView(Text).sliced(position, open - position);
         output += ReplacementFor(variables, QStringView(Text).sliced(nameBegin, close - nameBegin));
         position = close + 1;
+        open = FindOpeningMark(Text, position);
     }
+    output += QStringView(Text).sliced(position);
 
     if (outermost) {
         std::vector<bool>().swap(pblnVariableBusy);

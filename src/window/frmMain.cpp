@@ -68,7 +68,7 @@ void frmMain::PlaceControls() {
 void frmMain::NameControls() {
     tabContent.SetAccessibleName(QStringLiteral("Content"));
     tvwContent.SetAccessibleName(QStringLiteral("Document"));
-    tvwContentFake.SetPresentedToScreenReaders(false);
+    tvwContentFake.SetReachable(false);
     udnMove.SetAccessibleName(QStringLiteral("Move"));
     udnMove.SetButtonNames(QStringLiteral("Move up"), QStringLiteral("Move down"));
     txtValue.SetAccessibleName(QStringLiteral("Value"));

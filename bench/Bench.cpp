@@ -1,0 +1,80 @@
+#include "Bench.h"
+
+#include "Sample.h"
+#include "app/modMain.h"
+#include "document/DocumentFile.h"
+#include "platform/App.h"
+#include "platform/MessageBox.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace rivenfall {
+
+RunningProgram::RunningProgram() {
+    SetMessageBoxResponder([](const QString& text, int style, const QString&) {
+        if (style != MessageBoxYesNoCancel) {
+            std::fprintf(stderr, "Unexpected message: %s\n", qUtf8Printable(text));
+            std::exit(EXIT_FAILURE);
+        }
+        return int(MessageBoxNo);
+    });
+    SetGlobalApplication(std::make_shared<Application>());
+    Settle();
+}
+
+RunningProgram::~RunningProgram() {
+    SetGlobalApplication(nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    SetMessageBoxResponder({});
+}
+
+Application* RunningProgram::operator->() const {
+    return GlobalApplication().get();
+}
+
+void RunningProgram::OpenSample(int count) {
+    const QString fileName = Folder.filePath(QStringLiteral("sample.tvq"));
+    WriteSample(fileName, count);
+    GlobalApplication()->FileOpen(fileName);
+    Settle();
+}
+
+void FillCompilers(DataNodes& root, int count) {
+    DataNodes* level[] = {nullptr, &root, nullptr, nullptr};
+    VisitSample(count, [&](int depth, const QString& text, bool) {
+        const std::shared_ptr<DataNode> node = level[depth]->Add(text);
+        if (depth < 3) {
+            level[depth + 1] = node->Childs();
+        }
+    });
+}
+
+void WriteSample(const QString& fileName, int count) {
+    DocumentContent content;
+    FillCompilers(content.Compilers, count);
+    content.Variables.Add(QStringLiteral("FILE1"))->Childs()->Add();
+    const QString failure = WriteDocumentFile(fileName, content.Compilers, content.Variables);
+    if (!failure.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(failure));
+        std::exit(EXIT_FAILURE);
+    }
+}
+
+void Settle() {
+    QCoreApplication::processEvents();
+}
+
+} // namespace rivenfall
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return EXIT_FAILURE;
+    }
+    rivenfall::App app(argc, argv, rivenfall::Screen::None);
+    benchmark::RunSpecifiedBenchmarks();
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,72 @@
+#include "Bench.h"
+
+#include "run/ExpandVariables.h"
+
+#include <QStringList>
+
+namespace rivenfall {
+
+namespace {
+
+constexpr int TextLength = 1 << 20;
+constexpr int ReferenceCount = 20'000;
+constexpr int VariableCount = 10;
+/// What is left for the text between two references, which are eight characters each.
+constexpr int FillerLength = TextLength / ReferenceCount - 8;
+
+QString Filler() {
+    return QString(FillerLength, u'x');
+}
+
+QStringList Values() {
+    QStringList values;
+    for (int number = 0; number < VariableCount; ++number) {
+        values += QStringLiteral("/home/user/project/%1").arg(number);
+    }
+    return values;
+}
+
+QString AppendPlainly(const QString& filler, const QStringList& values) {
+    QString result;
+    for (int number = 0; number < ReferenceCount; ++number) {
+        result += filler;
+        result += values[number % VariableCount];
+    }
+    return result;
+}
+
+void Expand(benchmark::State& state) {
+    const RunningProgram program;
+    const QStringList values = Values();
+    QString text;
+    for (int number = 0; number < ReferenceCount; ++number) {
+        text += Filler() + QStringLiteral("${NAME%1}").arg(number % VariableCount);
+    }
+    for (int number = 0; number < VariableCount; ++number) {
+        program->Variables()
+            ->Add(QStringLiteral("NAME%1").arg(number))
+            ->Childs()
+            ->Add(values[number]);
+    }
+    if (ExpandVariables(text) != AppendPlainly(Filler(), values)) {
+        state.SkipWithError("the expansion is wrong");
+    }
+    for (auto _ : state) {
+        DoNotOptimize(ExpandVariables(text));
+    }
+}
+
+void ExpandByPlainAppends(benchmark::State& state) {
+    const QString filler = Filler();
+    const QStringList values = Values();
+    for (auto _ : state) {
+        DoNotOptimize(AppendPlainly(filler, values));
+    }
+}
+
+} // namespace
+
+BENCHMARK(Expand)->Unit(benchmark::kMillisecond);
+BENCHMARK(ExpandByPlainAppends)->Unit(benchmark::kMillisecond);
+
+} // namespace rivenfall

@@ -1,0 +1,34 @@
+#include "Bench.h"
+#include "StartedProgram.h"
+
+namespace rivenfall {
+
+namespace {
+
+/// From the start of a process to its first window on view.
+void Start(benchmark::State& state, const QString& program) {
+    for (auto _ : state) {
+        const StartedProgram started(program);
+        state.PauseTiming();
+        if (!started.Painted()) {
+            state.SkipWithError("the program showed no window");
+            break;
+        }
+        state.ResumeTiming();
+    }
+}
+
+void StartToFirstPaint(benchmark::State& state) {
+    Start(state, QStringLiteral(RIVENFALL_PROGRAM));
+}
+
+void StartToFirstPaintOfBareWindow(benchmark::State& state) {
+    Start(state, QStringLiteral(RIVENFALL_BARE_WINDOW));
+}
+
+} // namespace
+
+BENCHMARK(StartToFirstPaint)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(StartToFirstPaintOfBareWindow)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+} // namespace rivenfall

@@ -1,0 +1,48 @@
+#include "StartedProgram.h"
+
+#include "platform/CommandLine.h"
+
+#include <QFile>
+
+#include <csignal>
+#include <unistd.h>
+
+namespace rivenfall {
+
+StartedProgram::StartedProgram(const QString& program, const QStringList& arguments) {
+    static const bool prepared =
+        qputenv("QT_PLUGIN_PATH", RIVENFALL_PLUGINS) &&
+        qputenv("QT_QPA_GENERIC_PLUGINS", "first_paint") &&
+        (qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qputenv("QT_QPA_PLATFORM", "offscreen"));
+    StandardStreams streams;
+    streams.Error = STDERR_FILENO;
+    if (prepared && CreatePipe(streams.Input, Input) && CreatePipe(Output, streams.Output) &&
+        CreateProcess(JoinCommandLine(QStringList(program) + arguments), streams, Process)) {
+        CloseHandle(streams.Input);
+        CloseHandle(streams.Output);
+        char byte = 0;
+        HasPainted = read(Output, &byte, 1) == 1;
+    }
+}
+
+StartedProgram::~StartedProgram() {
+    if (Process > 0) {
+        kill(Process, SIGKILL);
+        // The end of its output is the end of the process: the next one starts alone.
+        char byte = 0;
+        while (read(Output, &byte, 1) > 0) {
+        }
+    }
+    CloseHandle(Input);
+    CloseHandle(Output);
+}
+
+double StartedProgram::ResidentBytes() const {
+    QFile file(QStringLiteral("/proc/%1/statm").arg(Process));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(getpagesize());
+}
+
+} // namespace rivenfall
