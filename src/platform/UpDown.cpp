@@ -1,6 +1,7 @@
 #include "platform/UpDown.h"
 
 #include <QKeyEvent>
+#include <QPainter>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -12,14 +13,17 @@ namespace {
 constexpr int RepeatDelay = 400;
 constexpr int RepeatInterval = 120;
 
+/// The frame around the pair that tells the focus, in pixels.
+constexpr int FrameWidth = 1;
+
 /// The widget behind an UpDown.
 class ButtonPair : public QWidget {
 public:
     explicit ButtonPair(QWidget* parent)
         : QWidget(parent), Up(AddButton(Qt::UpArrow)), Down(AddButton(Qt::DownArrow)) {
-        setFocusPolicy(Qt::StrongFocus);
+        setFocusPolicy(Qt::TabFocus);
         auto* layout = new QVBoxLayout(this);
-        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setContentsMargins(FrameWidth, FrameWidth, FrameWidth, FrameWidth);
         layout->setSpacing(0);
         layout->addWidget(Up);
         layout->addWidget(Down);
@@ -42,14 +46,12 @@ protected:
         }
     }
 
-    void focusInEvent(QFocusEvent* event) override {
-        QWidget::focusInEvent(event);
-        ShowFocus(true);
-    }
-
-    void focusOutEvent(QFocusEvent* event) override {
-        QWidget::focusOutEvent(event);
-        ShowFocus(false);
+    void paintEvent(QPaintEvent*) override {
+        if (hasFocus()) {
+            QPainter painter(this);
+            painter.setPen(QPen(palette().color(QPalette::Highlight), FrameWidth));
+            painter.drawRect(rect().adjusted(0, 0, -FrameWidth, -FrameWidth));
+        }
     }
 
 private:
@@ -62,17 +64,6 @@ private:
         button->setFocusPolicy(Qt::NoFocus);
         button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
         return button;
-    }
-
-    /// Colours the arrows: the pair has no room for a frame of its own.
-    void ShowFocus(bool focused) {
-        QPalette colours;
-        if (focused) {
-            colours.setBrush(QPalette::Button, palette().highlight());
-            colours.setBrush(QPalette::ButtonText, palette().highlightedText());
-        }
-        Up->setPalette(colours);
-        Down->setPalette(colours);
     }
 };
 
