@@ -8,8 +8,10 @@
 
 #include <QCoreApplication>
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <malloc.h>
 
 namespace rivenfall {
 
@@ -67,9 +69,15 @@ void Settle() {
     QCoreApplication::processEvents();
 }
 
+void KeepMemory() {
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, INT_MAX);
+}
+
 } // namespace rivenfall
 
 int main(int argc, char** argv) {
+    rivenfall::KeepMemory();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return EXIT_FAILURE;

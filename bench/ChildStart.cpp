@@ -1,6 +1,7 @@
 #include "Bench.h"
 
 #include "platform/EventLoop.h"
+#include "platform/Process.h"
 #include "run/Execution.h"
 
 #include <QElapsedTimer>
@@ -12,71 +13,97 @@ namespace rivenfall {
 
 namespace {
 
-constexpr int StartCount = 20;
+constexpr int StartCount = 50;
 
-void SetElapsed(benchmark::State& state, const QElapsedTimer& clock) {
-    state.SetIterationTime(static_cast<double>(clock.nsecsElapsed()) * 1e-9);
-}
-
-/// The start of a command of a run, with its frame in the log.
-void StartChild(benchmark::State& state) {
-    const RunningProgram program;
-    Execution& execution = *program->Execution();
-    execution.Show();
+/// What all three ways of starting a child have in common: only the start itself is measured, and
+/// the next one waits for the end of the child.
+template <typename Start, typename Wait>
+void MeasureStarts(benchmark::State& state, Start start, Wait wait) {
     QElapsedTimer clock;
     for (auto _ : state) {
         clock.start();
-        const bool started = execution.Execute(QStringLiteral("/bin/true"));
-        SetElapsed(state, clock);
+        const bool started = start();
+        state.SetIterationTime(static_cast<double>(clock.nsecsElapsed()) * 1e-9);
         if (!started) {
             state.SkipWithError("nothing was started");
             break;
         }
-        while (execution.Running()) {
-            DoEvents();
-        }
+        wait();
     }
 }
 
+/// Waits for the end of a child's output and closes both of its pipes.
+void WaitAndClose(int input, int output) {
+    char byte = 0;
+    while (read(output, &byte, 1) > 0) {
+    }
+    close(input);
+    close(output);
+}
+
+/// A start with what a command of a run needs: two pipes that no other child inherits, arguments
+/// out of a command line, fresh signals.
+void StartChild(benchmark::State& state) {
+    Handle input = 0;
+    Handle output = 0;
+    const auto start = [&] {
+        StandardStreams streams;
+        Handle process = 0;
+        bool started = CreatePipe(streams.Input, input) && CreatePipe(output, streams.Output);
+        streams.Error = streams.Output;
+        started = started && CreateProcess(QStringLiteral("true"), streams, process);
+        CloseHandle(streams.Input);
+        CloseHandle(streams.Output);
+        return started;
+    };
+    MeasureStarts(state, start, [&] { WaitAndClose(input, output); });
+}
+
+/// The start of a command of a run with its frame in the log, out of a sleep of 100 milliseconds.
+void StartCommand(benchmark::State& state) {
+    const RunningProgram program;
+    Execution& execution = *program->Execution();
+    execution.Show();
+    Settle();
+    const auto start = [&] { return execution.Execute(QStringLiteral("true")); };
+    MeasureStarts(state, start, [&] {
+        while (execution.Running()) {
+            DoEvents();
+        }
+    });
+}
+
 void StartChildBarely(benchmark::State& state) {
-    QElapsedTimer clock;
-    for (auto _ : state) {
-        clock.start();
-        int input[2];
-        int output[2];
+    int input[2] = {};
+    int output[2] = {};
+    const auto start = [&] {
         bool started = pipe(input) == 0 && pipe(output) == 0;
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
         posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions, output[1], STDERR_FILENO);
-        char name[] = "/bin/true";
+        char name[] = "true";
         char* arguments[] = {name, nullptr};
         pid_t process = 0;
         started =
-            started && posix_spawn(&process, name, &actions, nullptr, arguments, environ) == 0;
+            started && posix_spawnp(&process, name, &actions, nullptr, arguments, environ) == 0;
         posix_spawn_file_actions_destroy(&actions);
         close(input[0]);
         close(output[1]);
-        SetElapsed(state, clock);
-        if (!started) {
-            state.SkipWithError("nothing was started");
-        }
-        char byte = 0;
-        while (read(output[0], &byte, 1) > 0) {
-        }
-        close(input[1]);
-        close(output[0]);
-    }
+        return started;
+    };
+    MeasureStarts(state, start, [&] { WaitAndClose(input[1], output[0]); });
 }
 
 void Starts(benchmark::internal::Benchmark* work) {
-    work->Unit(benchmark::kMicrosecond)->Iterations(StartCount)->UseManualTime();
+    work->Unit(benchmark::kMicrosecond)->UseManualTime();
 }
 
 } // namespace
 
-BENCHMARK(StartChild)->Apply(Starts);
-BENCHMARK(StartChildBarely)->Apply(Starts);
+BENCHMARK(StartChild)->Apply(Starts)->Iterations(StartCount);
+BENCHMARK(StartCommand)->Apply(Starts)->Iterations(StartCount / 5);
+BENCHMARK(StartChildBarely)->Apply(Starts)->Iterations(StartCount);
 
 } // namespace rivenfall

@@ -26,6 +26,12 @@ std::vector<Value> SampleValues(int count) {
     return values;
 }
 
+QByteArray SaveTree(const DataNodes& compilers) {
+    PropertyBag bag;
+    TreeBags::SaveToBag(compilers, bag);
+    return bag.Contents();
+}
+
 QByteArray SaveFlat(const std::vector<Value>& values) {
     QByteArray bytes;
     QCborStreamWriter writer(&bytes);
@@ -63,7 +69,7 @@ void Save(benchmark::State& state) {
     DataNodes compilers;
     FillCompilers(compilers, static_cast<int>(state.range(0)));
     for (auto _ : state) {
-        DoNotOptimize(TreeBags::SaveToBag(compilers).Contents());
+        DoNotOptimize(SaveTree(compilers));
     }
     CountNodes(state);
 }
@@ -79,7 +85,7 @@ void SaveFlatStream(benchmark::State& state) {
 void Load(benchmark::State& state) {
     DataNodes compilers;
     FillCompilers(compilers, static_cast<int>(state.range(0)));
-    const QByteArray bytes = TreeBags::SaveToBag(compilers).Contents();
+    const QByteArray bytes = SaveTree(compilers);
     for (auto _ : state) {
         PropertyBag bag;
         bag.SetContents(bytes);

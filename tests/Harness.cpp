@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QTimer>
 
 namespace rivenfall {
 
@@ -48,11 +49,10 @@ ProgramTest::~ProgramTest() {
 void ProgramTest::TakeDown() {
     SetGlobalApplication(nullptr);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-Sketch Off(Sketch sketch) {
-    sketch.Active = false;
-    return sketch;
+    // The program has ended its event loop. A loop takes that, or the next dialog would end at
+    // once.
+    QTimer::singleShot(0, [] { QCoreApplication::exit(); });
+    QCoreApplication::exec();
 }
 
 QByteArray CollectionImage(const std::vector<Sketch>& nodes, int levels) {

@@ -77,9 +77,6 @@ struct Sketch {
     bool Active = true;
 };
 
-/// The node @p sketch, switched off.
-Sketch Off(Sketch sketch);
-
 /// The bytes of a collection whose nodes have @p levels levels below them.
 QByteArray CollectionImage(const std::vector<Sketch>& nodes, int levels);
 

@@ -1,4 +1,4 @@
-#include "Harness.h"
+#include "WindowDriver.h"
 
 #include <QDir>
 #include <QProcess>
@@ -28,7 +28,7 @@ protected:
     QString Path(const char* name) { return Folder.filePath(QString::fromUtf8(name)); }
 
     void Document(const std::vector<Sketch>& compilers, const char* name = "doc.tvq") {
-        StoreBytes(Path(name), DocumentImage(compilers, {{"EMPTY", {""}}}));
+        StoreBytes(Path(name), DocumentImage(compilers, Sketches("EMPTY(~)")));
     }
 
     Call Run(const QStringList& arguments = {u"doc.tvq"_qs}) {
@@ -55,34 +55,26 @@ protected:
 };
 
 TEST_F(HeadlessTest, TheExitStatusTellsHowItWent) {
-    Document({Off({"true"})}, "off.tvq");
+    Document(Sketches("!true"), "off.tvq");
     StoreBytes(Path("broken.tvq"), "\xA1");
-    const struct {
-        QStringList Arguments;
-        int Status;
-        std::string Output, Error;
-    } cases[] = {{{}, 2, "", "Usage: rivenfall-run DOCUMENT\n"},
-                 {{u"off.tvq"_qs, u"x"_qs}, 2, "", "Usage: rivenfall-run DOCUMENT\n"},
-                 {{u"none.tvq"_qs},
-                  2,
-                  "",
-                  "The file " + Path("none.tvq").toStdString() +
-                      " can't be opened: No such file or directory.\n"},
-                 {{u"broken.tvq"_qs},
-                  2,
-                  "",
-                  "The file " + Path("broken.tvq").toStdString() +
-                      " can't be opened: the data ends too early.\n"},
-                 {{u"off.tvq"_qs},
-                  1,
-                  FrameOf(u"No compilers to run!"_qs, "Please select some..."),
-                  "No compilers to run!\nPlease select some...\n"}};
-    for (const auto& call : cases) {
-        const Call result = Run(call.Arguments);
-        EXPECT_EQ(result.Status, call.Status);
-        EXPECT_EQ(result.Output, call.Output);
-        EXPECT_EQ(result.Error, call.Error);
+    const std::string usage = "Usage: rivenfall-run DOCUMENT\n";
+    const auto broken = [this](const char* name, const char* reason) {
+        return "The file " + Path(name).toStdString() + " can't be opened: " + reason + ".\n";
+    };
+    // Arguments, exit status and standard error.
+    const std::tuple<const char*, int, std::string> cases[] = {
+        {"off.tvq x", 2, usage},
+        {"none.tvq", 2, broken("none.tvq", "No such file or directory")},
+        {"broken.tvq", 2, broken("broken.tvq", "the data ends too early")},
+        {"off.tvq", 1, "No compilers to run!\nPlease select some...\n"}};
+    for (const auto& [arguments, status, error] : cases) {
+        const Call result = Run(QString::fromUtf8(arguments).split(u' '));
+        EXPECT_EQ(result.Status, status);
+        EXPECT_EQ(result.Output,
+                  status == 2 ? "" : FrameOf(u"No compilers to run!"_qs, "Please select some..."));
+        EXPECT_EQ(result.Error, error);
     }
+    EXPECT_EQ(Run(QStringList()).Error, usage);
     for (const char* name : {"", "-platform", "--help", "."}) {
         const Call result = Run({QString::fromUtf8(name)});
         EXPECT_EQ(result.Status, 2) << name;
@@ -104,6 +96,8 @@ TEST_F(HeadlessTest, PrintsTheLogAsItGrows) {
 TEST_F(HeadlessTest, TextArrivesWholeInAnyEnvironment) {
     const QStringList arguments{u"out"_qs, u"a \"b\"\t\\"_qs, u"${EMPTY}"_qs, u"1\n2"_qs,
                                 QString::fromUtf8("漢字 😀")};
+    const QByteArray expected =
+        arguments.sliced(1).join(QChar::Null).replace(u"${EMPTY}"_qs, QString()).toUtf8() + '\0';
     // Line breaks and characters lie across the ends of the chunks in which output is read.
     const QByteArray text = QByteArray(63, 'a') + "\r\n" + QByteArray(62, 'b') + "漢\r";
     StoreBytes(Path("text"), text);
@@ -115,10 +109,7 @@ TEST_F(HeadlessTest, TextArrivesWholeInAnyEnvironment) {
         EXPECT_EQ(result.Error, "");
         EXPECT_EQ(result.Output.substr(result.Output.rfind("-\n") + 2),
                   (QByteArray(63, 'a') + "\n" + QByteArray(62, 'b') + "漢\r").toStdString());
-        EXPECT_EQ(BytesOf(Path("out")), QByteArray("a \"b\"\t\\\0\0"
-                                                   "1\n2\0",
-                                                   15) +
-                                            "漢字 😀" + '\0');
+        EXPECT_EQ(BytesOf(Path("out")), expected);
         EXPECT_EQ(
             QDir(Path("home")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
             QStringList());
@@ -131,7 +122,7 @@ TEST_F(HeadlessTest, TextArrivesWholeInAnyEnvironment) {
 }
 
 TEST_F(HeadlessTest, RunsWithoutStandardStreams) {
-    Document({Shell(u"ls /proc/$$/fd >out; echo x"_qs)});
+    Document({Shell(u"exec >out; ls /proc/$$/fd"_qs)});
     const Call result =
         Start(u"sh"_qs, {u"-c"_qs, QStringLiteral("exec " RIVENFALL_PROGRAMS
                                                   "/rivenfall-run doc.tvq <&- >&- 2>&-")});

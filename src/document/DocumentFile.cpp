@@ -72,13 +72,29 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
 
 QByteArray ImageOf(const DataNodes& compilers, const DataNodes& variables) {
     PropertyBag fileBag;
-    PropertyBag contentBag;
     fileBag.WriteProperty("_FileFormatDescription", QString(Description));
     fileBag.WriteProperty("_FileFormatIdentification", QString(ThirdVersion));
-    contentBag.WriteProperty("Compilers", TreeBags::SaveToBag(compilers).Contents());
-    contentBag.WriteProperty("Variables", TreeBags::SaveToBag(variables).Contents());
-    fileBag.WriteProperty("_Content", contentBag.Contents());
+    fileBag.WriteBag("_Content", [&](PropertyBag& contentBag) {
+        contentBag.WriteBag("Compilers",
+                            [&](PropertyBag& bag) { TreeBags::SaveToBag(compilers, bag); });
+        contentBag.WriteBag("Variables",
+                            [&](PropertyBag& bag) { TreeBags::SaveToBag(variables, bag); });
+    });
     return fileBag.Contents();
+}
+
+/// Writes all of @p bytes. On a full disk a write first succeeds with a part, and only the next one
+/// fails; a commit would take that part for the file.
+bool WriteWhole(QSaveFile& file, const QByteArray& bytes) {
+    qint64 written = 0;
+    while (written < bytes.size()) {
+        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
+        if (count <= 0) {
+            return false;
+        }
+        written += count;
+    }
+    return true;
 }
 
 QString Sentence(const QString& verb, const QString& fileName, const QString& reason) {
@@ -108,11 +124,9 @@ QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
 QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
                           const DataNodes& variables) {
     QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(ImageOf(compilers, variables));
-        if (file.commit()) {
-            return {};
-        }
+    if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+        WriteWhole(file, ImageOf(compilers, variables)) && file.commit()) {
+        return {};
     }
     return Sentence(QStringLiteral("saved"), fileName, file.errorString());
 }

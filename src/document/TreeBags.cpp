@@ -3,13 +3,26 @@
 #include "data/DataNode.h"
 #include "data/DataNodes.h"
 
+#include <array>
+#include <charconv>
+
 namespace rivenfall {
 
 namespace {
 
-QByteArray ItemName(int position) {
-    return "Item" + QByteArray::number(position);
-}
+/// The name of the node at a position of a collection, made without an allocation.
+class ItemName {
+public:
+    explicit ItemName(int position)
+        : Size(std::to_chars(Characters.begin() + 4, Characters.end(), position).ptr -
+               Characters.begin()) {}
+
+    operator QByteArrayView() const { return {Characters.data(), Size}; }
+
+private:
+    std::array<char, 16> Characters = {'I', 't', 'e', 'm'};
+    qsizetype Size;
+};
 
 /// The value under @p name, which must be there and of the type @p Type.
 template <typename Type>
@@ -25,23 +38,19 @@ Type Required(const PropertyBag& bag, QByteArrayView name) {
 
 } // namespace
 
-PropertyBag TreeBags::SaveToBag(const DataNode& node) {
-    PropertyBag bag;
+void TreeBags::SaveToBag(const DataNode& node, PropertyBag& bag) {
     bag.WriteProperty("Value", node.Value());
     bag.WriteProperty("Active", node.Active(), true);
     if (MayHoldNodes(node.DataNodeType())) {
-        bag.WriteProperty("Childs", SaveToBag(*node.Childs()).Contents());
+        bag.WriteBag("Childs", [&](PropertyBag& childs) { SaveToBag(*node.Childs(), childs); });
     }
-    return bag;
 }
 
-PropertyBag TreeBags::SaveToBag(const DataNodes& collection) {
-    PropertyBag bag;
+void TreeBags::SaveToBag(const DataNodes& collection, PropertyBag& bag) {
     bag.WriteProperty("Count", collection.Count());
     for (const std::shared_ptr<DataNode>& node : collection) {
-        bag.WriteProperty(ItemName(node->Index()), SaveToBag(*node).Contents());
+        bag.WriteBag(ItemName(node->Index()), [&](PropertyBag& item) { SaveToBag(*node, item); });
     }
-    return bag;
 }
 
 void TreeBags::LoadFromBag(DataNodes& collection, const PropertyBag& bag) {
@@ -54,8 +63,9 @@ void TreeBags::LoadFromBag(DataNodes& collection, const PropertyBag& bag) {
         const std::shared_ptr<DataNode> node = collection.MakeNode();
         LoadFromBag(*node, BagIn(bag, ItemName(position)));
         collection.pobjItems.push_back(node);
+        // At once: where a later node is broken, the collection deletes its nodes by their numbers.
+        node->SetIndex(position);
     }
-    collection.AdjustIndexes(1);
     collection.pblnSeveralActive = true;
 }
 

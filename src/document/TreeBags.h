@@ -10,11 +10,11 @@ class DataNodes;
 /// Turns the trees of a document into bags and back.
 class TreeBags {
 public:
-    /// A bag with @p node and everything below it.
-    static PropertyBag SaveToBag(const DataNode& node);
+    /// Writes @p node and everything below it into the empty @p bag.
+    static void SaveToBag(const DataNode& node, PropertyBag& bag);
 
-    /// A bag with all nodes of @p collection and everything below them.
-    static PropertyBag SaveToBag(const DataNodes& collection);
+    /// Writes all nodes of @p collection and everything below them into the empty @p bag.
+    static void SaveToBag(const DataNodes& collection, PropertyBag& bag);
 
     /// Replaces the content of @p collection by that of @p bag, without an event for what is new.
     /// Throws PropertyBagError where the bag isn't one of a collection; the collection is then

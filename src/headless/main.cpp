@@ -28,14 +28,17 @@ public:
 
     void Continue() {
         const QString text = Log.Text();
-        Printed = std::min(Printed, text.size());
-        QString added = text.sliced(Printed);
-        Printed = text.size();
-        Print(added);
+        // A carriage return at the end may be half of a line break.
+        Print(text, text.size() - (text.endsWith(u'\r') ? 1 : 0));
     }
 
+    void Finish() { Print(Log.Text(), Log.TextLength()); }
+
 private:
-    void Print(QString& text) {
+    void Print(const QString& log, qsizetype end) {
+        const qsizetype begin = std::min(Printed, end);
+        Printed = end;
+        QString text = log.sliced(begin, end - begin);
         text.replace(u"\r\n"_qs, u"\n"_qs);
         const QByteArray bytes = text.toUtf8();
         std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stdout);
@@ -65,6 +68,7 @@ Status CarryOutDocument(const QString& fileName) {
     if (application->FileOpen(App::FullPath(fileName))) {
         status = HasActiveCompiler(*application->Compilers()) ? CarriedOut : NothingToRun;
         application->Run();
+        copy.Finish();
     }
     application->Quit();
     return status;
@@ -75,7 +79,7 @@ Status CarryOutDocument(const QString& fileName) {
 } // namespace rivenfall
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
+    if (argc != 2 || *argv[1] == '\0') {
         std::fputs("Usage: rivenfall-run DOCUMENT\n", stderr);
         return rivenfall::NotOpened;
     }

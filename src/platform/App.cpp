@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QSettings>
 #include <QTimer>
 
 #include <cstdio>
@@ -58,6 +59,8 @@ App::App(int argc, char** argv, Screen screen)
     QApplication::setOrganizationDomain(QStringLiteral("omra.org"));
     QApplication::setDesktopFileName(QStringLiteral("org.omra.Rivenfall"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // The program keeps no settings, and Qt's file dialog is to keep none in its place.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
 }
 
 App::~App() = default;

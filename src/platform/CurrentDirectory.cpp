@@ -20,10 +20,11 @@ QString WithoutQuotes(const QString& path) {
 } // namespace
 
 DirectoryChange ChangeDirectory(const QString& path) {
-    if (chdir(QFile::encodeName(WithoutQuotes(path)).constData()) == 0) {
+    const QByteArray name = QFile::encodeName(WithoutQuotes(path));
+    if (!name.contains('\0') && chdir(name.constData()) == 0) {
         return {};
     }
-    const int number = errno;
+    const int number = name.contains('\0') ? EINVAL : errno;
     return {number, QString::fromLocal8Bit(std::strerror(number))};
 }
 

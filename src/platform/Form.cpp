@@ -19,6 +19,15 @@ namespace {
 /// Eight points at 96 dots per inch: the size at which the fixed controls hold their captions.
 constexpr int FontPixels = 11;
 
+QIcon IconIn(const QString& resource) {
+    QIcon icon;
+    const QDir pictures(resource);
+    for (const QString& picture : pictures.entryList(QDir::Files)) {
+        icon.addFile(pictures.filePath(picture));
+    }
+    return icon;
+}
+
 } // namespace
 
 /// The window behind a Form.
@@ -64,7 +73,9 @@ Form::Form(FormBorder border, int width, int height)
     if (border == FormBorder::Fixed) {
         client->setFixedSize(PixelsFromTwips(width), PixelsFromTwips(height));
         pobjWindow->layout()->setSizeConstraint(QLayout::SetFixedSize);
-        pobjWindow->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+        pobjWindow->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                   Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                                   Qt::WindowCloseButtonHint);
     } else {
         pobjWindow->resize(PixelsFromTwips(width), PixelsFromTwips(height));
     }
@@ -86,12 +97,11 @@ QString Form::Icon() const {
 
 void Form::SetIcon(const QString& resource) {
     pstrIcon = resource;
-    QIcon icon;
-    const QDir pictures(resource);
-    for (const QString& picture : pictures.entryList(QDir::Files)) {
-        icon.addFile(pictures.filePath(picture));
+    // All forms show the program's one icon, and decoding it takes a notable part of the start.
+    if (QApplication::windowIcon().isNull()) {
+        QApplication::setWindowIcon(IconIn(resource));
     }
-    pobjWindow->setWindowIcon(icon);
+    pobjWindow->setWindowIcon(QApplication::windowIcon());
 }
 
 bool Form::Visible() const {

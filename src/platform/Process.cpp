@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -57,7 +58,8 @@ public:
         sigset_t signals;
         sigemptyset(&signals);
         posix_spawnattr_setsigmask(&Attributes, &signals);
-        sigfillset(&signals);
+        // Unlike sigfillset, with the C library's own signals: a start leaves those ignored.
+        std::memset(&signals, 0xFF, sizeof signals);
         posix_spawnattr_setsigdefault(&Attributes, &signals);
         posix_spawnattr_setflags(&Attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
 
@@ -140,7 +142,8 @@ bool CreateProcess(const QString& commandLine, const StandardStreams& streams, H
 ReadOutcome ReadFile(Handle handle, char* buffer, int size, int& count) {
     count = 0;
     pollfd pending = {handle, POLLIN, 0};
-    if (poll(&pending, 1, 0) == 0) {
+    const int ready = poll(&pending, 1, 0);
+    if (ready == 0 || (ready < 0 && errno == EINTR)) {
         return ReadOutcome::Nothing;
     }
     const ssize_t result = read(handle, buffer, static_cast<size_t>(size));

@@ -2,7 +2,9 @@
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace rivenfall {
 
@@ -24,11 +26,14 @@ constexpr qsizetype EntriesWorthAnIndex = 8;
 /// The longest head of a data item: its first byte and an argument of eight bytes.
 constexpr qsizetype LongestHead = 9;
 
-void AppendHead(QByteArray& bytes, int majorType, quint64 argument) {
+using HeadBytes = QVarLengthArray<char, LongestHead>;
+
+HeadBytes HeadOf(int majorType, quint64 argument) {
+    HeadBytes bytes;
     const auto first = static_cast<quint8>(majorType << 5);
     if (argument < 24) {
         bytes.append(static_cast<char>(first | argument));
-        return;
+        return bytes;
     }
     const int sizeCode = argument <= 0xFF         ? 0
                          : argument <= 0xFFFF     ? 1
@@ -38,10 +43,17 @@ void AppendHead(QByteArray& bytes, int majorType, quint64 argument) {
     const int size = 1 << sizeCode;
     bytes.append(static_cast<char>(first | (24 + sizeCode)));
     bytes.append(reinterpret_cast<const char*>(&bigEndian) + (8 - size), size);
+    return bytes;
+}
+
+/// What @p value holds, which is of the type @p Type, without a copy.
+template <typename Type>
+const Type& HeldBy(const QVariant& value) {
+    return *static_cast<const Type*>(value.constData());
 }
 
 void AppendString(QByteArray& bytes, int majorType, QByteArrayView content) {
-    AppendHead(bytes, majorType, static_cast<quint64>(content.size()));
+    bytes.append(HeadOf(majorType, static_cast<quint64>(content.size())));
     bytes.append(content);
 }
 
@@ -154,7 +166,7 @@ private:
 QByteArray PropertyBag::Contents() const {
     QByteArray contents;
     contents.reserve(LongestHead + Encoded.size() - EntriesBegin);
-    AppendHead(contents, Map, static_cast<quint64>(Entries.size()));
+    contents.append(HeadOf(Map, static_cast<quint64>(Entries.size())));
     contents.append(QByteArrayView(Encoded).sliced(EntriesBegin));
     return contents;
 }
@@ -184,28 +196,64 @@ void PropertyBag::WriteProperty(QByteArrayView name, const QVariant& value,
         return;
     }
     Entry entry = {};
-    AppendString(Encoded, TextString, name);
-    entry.NameLength = name.size();
-    entry.NameBegin = Encoded.size() - name.size();
+    AppendName(entry, name);
     switch (value.typeId()) {
     case QMetaType::QString:
-        AppendStringValue(entry, TextString, value.toString().toUtf8());
+        AppendStringValue(entry, TextString, HeldBy<QString>(value).toUtf8());
         break;
     case QMetaType::QByteArray:
-        AppendStringValue(entry, ByteString, value.toByteArray());
+        AppendStringValue(entry, ByteString, HeldBy<QByteArray>(value));
         break;
     case QMetaType::Bool:
         entry.MajorType = SimpleValue;
         entry.Number = value.toBool();
-        AppendHead(Encoded, SimpleValue, value.toBool() ? SimpleTrue : SimpleFalse);
+        Encoded.append(HeadOf(SimpleValue, value.toBool() ? SimpleTrue : SimpleFalse));
         break;
     default:
         entry.Number = value.toInt();
         entry.MajorType = entry.Number < 0 ? NegativeInteger : UnsignedInteger;
-        AppendHead(Encoded, entry.MajorType,
-                   static_cast<quint64>(entry.Number < 0 ? -1 - entry.Number : entry.Number));
+        Encoded.append(
+            HeadOf(entry.MajorType,
+                   static_cast<quint64>(entry.Number < 0 ? -1 - entry.Number : entry.Number)));
     }
     Entries.append(entry);
+}
+
+/// The bag to be filled. It writes into this bag's bytes, behind room for its heads.
+PropertyBag PropertyBag::BeginBag(QByteArrayView name) {
+    Entry entry = {};
+    AppendName(entry, name);
+    entry.MajorType = ByteString;
+    entry.ValueBegin = Encoded.size();
+    Entries.append(entry);
+
+    PropertyBag inner;
+    inner.EntriesBegin = Encoded.size() + 2 * LongestHead;
+    inner.Encoded = std::move(Encoded);
+    inner.Encoded.resize(inner.EntriesBegin);
+    return inner;
+}
+
+/// Takes the bytes back from @p inner and puts its heads where there is room for them.
+void PropertyBag::EndBag(PropertyBag& inner) {
+    Entry& entry = Entries.last();
+    const HeadBytes mapHead = HeadOf(Map, static_cast<quint64>(inner.Entries.size()));
+    entry.ValueLength = mapHead.size() + inner.Encoded.size() - inner.EntriesBegin;
+    const HeadBytes stringHead = HeadOf(ByteString, static_cast<quint64>(entry.ValueLength));
+
+    Encoded = std::move(inner.Encoded);
+    char* place = Encoded.data() + entry.ValueBegin;
+    place = std::copy(stringHead.begin(), stringHead.end(), place);
+    std::copy(mapHead.begin(), mapHead.end(), place);
+    entry.ValueBegin += stringHead.size();
+    const qsizetype headsEnd = entry.ValueBegin + mapHead.size();
+    Encoded.remove(headsEnd, inner.EntriesBegin - headsEnd);
+}
+
+void PropertyBag::AppendName(Entry& entry, QByteArrayView name) {
+    AppendString(Encoded, TextString, name);
+    entry.NameLength = name.size();
+    entry.NameBegin = Encoded.size() - name.size();
 }
 
 void PropertyBag::AppendStringValue(Entry& entry, int majorType, const QByteArray& value) {

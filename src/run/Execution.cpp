@@ -6,8 +6,11 @@
 #include "platform/MessageBox.h"
 #include "run/frmExec.h"
 
+#include <QStringDecoder>
+
 #include <algorithm>
 #include <array>
+#include <bit>
 
 namespace rivenfall {
 
@@ -17,6 +20,26 @@ constexpr int TickMilliseconds = 100;
 constexpr int BytesPerTick = 64;
 constexpr int LowestBoxHeight = 32;
 constexpr qsizetype FrameDashes = 53;
+
+/// The length of the part of a UTF-8 character that @p bytes end with, 0 if they end with a whole
+/// one. A decoder with a state of its own would drop the byte behind a part that stays one.
+qsizetype UnfinishedLength(const QByteArray& bytes) {
+    constexpr int continuation = 1;
+    for (qsizetype length = 1; length <= std::min<qsizetype>(bytes.size(), 3); ++length) {
+        const auto byte = static_cast<quint8>(bytes[bytes.size() - length]);
+        const int size = std::countl_one(byte);
+        if (size != continuation) {
+            return size > length ? length : 0;
+        }
+    }
+    return 0;
+}
+
+QString Decoded(QByteArrayView bytes) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    return decoder.decode(bytes);
+}
 
 } // namespace
 
@@ -116,7 +139,7 @@ bool Execution::StartProcess(const QString& CommandLine) {
     CloseHandle(streams.Input);
     CloseHandle(streams.Output);
     pstrOutput.clear();
-    pobjDecoder.resetState();
+    pobjUnfinished.clear();
     if (!pblnRunning) {
         CloseHandle(phndInputWrite);
         CloseHandle(phndOutputRead);
@@ -169,7 +192,8 @@ void Execution::pobjFormTmrTick_Timer() {
     case ReadOutcome::Nothing:
         break;
     case ReadOutcome::Data:
-        AppendOutput(pobjDecoder.decode(QByteArrayView(buffer.data(), count)));
+        pobjUnfinished.append(buffer.data(), count);
+        AppendOutput(pobjUnfinished.size() - UnfinishedLength(pobjUnfinished));
         break;
     case ReadOutcome::End:
         EndOutput();
@@ -183,21 +207,20 @@ void Execution::EnsureShown() {
     }
 }
 
-void Execution::AppendOutput(const QString& text) {
-    if (text.isEmpty()) {
+/// Moves the first @p length bytes of what isn't in the log yet there.
+void Execution::AppendOutput(qsizetype length) {
+    if (length == 0) {
         return;
     }
+    const QString text = Decoded(QByteArrayView(pobjUnfinished).first(length));
+    pobjUnfinished.remove(0, length);
     pstrOutput += text;
     pobjFormTxtOutput->AppendText(text);
     pobjFormTxtOutput->SetSelStartToEnd();
 }
 
 void Execution::EndOutput() {
-    // A blank behind the output brings out what it broke off in the middle of a character.
-    QString rest = pobjDecoder.decode(" ");
-    rest.chop(1);
-    AppendOutput(rest);
-
+    AppendOutput(pobjUnfinished.size());
     pblnRunning = false;
     CloseHandle(phndInputWrite);
     CloseHandle(phndOutputRead);

@@ -2,9 +2,9 @@
 
 #include "platform/Process.h"
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
-#include <QStringDecoder>
 
 #include <memory>
 
@@ -64,7 +64,7 @@ private:
     void pobjForm_Resize();
     void pobjFormTmrTick_Timer();
     void EnsureShown();
-    void AppendOutput(const QString& text);
+    void AppendOutput(qsizetype length);
     void EndOutput();
 
     std::unique_ptr<frmExec, FormDeleter> pobjForm;
@@ -76,8 +76,8 @@ private:
     bool pblnRunning = false;
     Timer* pobjFormTmrTick = nullptr;
 
-    /// Carries a character that is cut by a chunk's end over to the next chunk.
-    QStringDecoder pobjDecoder{QStringDecoder::Utf8};
+    /// Output that isn't in the log yet: a character that was cut by a chunk's end.
+    QByteArray pobjUnfinished;
     /// The receiver of the form's events: what is connected to it ends with the object.
     QObject pobjSinks;
 };

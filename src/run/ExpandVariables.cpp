@@ -46,7 +46,9 @@ const DataNode* FindVariable(const DataNodes& variables, QStringView name) {
             continue;
         }
         const QString& value = variable->Value();
-        if (!DifferAtTheEnd(value, name) && name.compare(value, Qt::CaseInsensitive) == 0) {
+        // Most references are written as the name is, which is quickly told.
+        if (!DifferAtTheEnd(value, name) &&
+            (name == value || name.compare(value, Qt::CaseInsensitive) == 0)) {
             return variable.get();
         }
     }
@@ -76,7 +78,7 @@ QString ReplacementFor(const DataNodes& variables, QStringView name) {
         return {};
     }
     pblnVariableBusy[position] = true;
-    const QString replacement = ExpandVariables(value->Value());
+    QString replacement = ExpandVariables(value->Value());
     pblnVariableBusy[position] = false;
     return replacement;
 }
