@@ -207,12 +207,9 @@ TEST_F(DocumentTest, AProcessKilledWhileItSavesLeavesTheOldFileWhole) {
     const QString path = StoreBytes(Path(u"old.tvq"_qs), DocumentImage(SomeCompilers));
     DataNodes compilers, variables;
     compilers.Add(QString(100000, u'v'));
-    struct sigaction former;
-    sigaction(SIGCHLD, nullptr, &former);
-    std::signal(SIGCHLD, SIG_DFL); // the test waits for its child
+    const AwaitedChildren children;
     EXPECT_EXIT(WithFileSizeLimit(50000, [&] { WriteDocumentFile(path, compilers, variables); }),
                 testing::KilledBySignal(SIGXFSZ), "");
-    sigaction(SIGCHLD, &former, nullptr);
     EXPECT_EQ(BytesOf(path), DocumentImage(SomeCompilers));
 }
 

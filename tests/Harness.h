@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <deque>
 #include <functional>
 #include <ostream>
@@ -38,6 +39,16 @@ struct User {
     std::deque<QString> Files;
     /// The caption of each file dialog.
     QStringList Dialogs;
+};
+
+/// Lets this process wait for its children while it lives; the program has them go unasked.
+struct AwaitedChildren {
+    AwaitedChildren() {
+        sigaction(SIGCHLD, nullptr, &Former);
+        std::signal(SIGCHLD, SIG_DFL);
+    }
+    ~AwaitedChildren() { sigaction(SIGCHLD, &Former, nullptr); }
+    struct sigaction Former;
 };
 
 /// A test with a running program: the Application with its windows, on no screen.

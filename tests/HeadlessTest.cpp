@@ -36,6 +36,7 @@ protected:
     }
 
     Call Start(const QString& program, const QStringList& arguments) {
+        const AwaitedChildren children;
         QProcess process;
         process.setWorkingDirectory(Folder.path());
         process.setProcessEnvironment(Environment);

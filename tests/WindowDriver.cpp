@@ -67,13 +67,13 @@ void WindowTest::Act(const QString& script) {
             QTest::mouseClick(Tabs(), Qt::LeftButton, {},
                               Tabs()->tabRect(argument.toInt() - 1).center());
         else if (name == u"type")
-            QTest::keyClicks(Box(), argument);
+            QTest::keyClicks(Box(), QString(argument).replace(u'_', u' '));
         else if (name == u"file")
             Choose(Qt::Key_F, key(argument).key());
         else if (name == u"help")
             Choose(Qt::Key_H, key(argument).key());
         else if (name == u"pick")
-            TheUser.Files.push_back(Path(argument));
+            TheUser.Files.push_back(argument.isEmpty() ? QString() : Path(argument));
         else if (name == u"yes")
             TheUser.Answers.push_back(MessageBoxYes);
         else if (name == u"no")

@@ -41,9 +41,9 @@ protected:
     /// click on the button, and "up", "down" on the move buttons "tree:Ctrl+A"                    a
     /// key while "tree", "box", "tabs", "move", "window" or a
     ///                                  button has it
-    /// "type:x"                         keys for the value box
+    /// "type:x"                         keys for the value box, "_" for a blank
     /// "file:S", "help:I"               a menu and its entry by their letters
-    /// "yes", "no", "stay", "pick:a"    how the user will answer, and the file to choose
+    /// "yes", "no", "stay", "pick:a"    how the user will answer, and the file to choose ("pick:" for none)
     void Act(const QString& script);
     void Act(const char* script) { Act(QString::fromUtf8(script)); }
 

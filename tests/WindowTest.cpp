@@ -137,7 +137,7 @@ TEST_F(WindowTest, SelectionSetsTheControls) {
     EXPECT_EQ(Look(), "a(p(v,w),*r(~)),b(q(x)) NRMV-- r");
     Act("file:N");
     EXPECT_EQ(Look(), "*~(~(${FILE1})) N-MV-- ");
-    EXPECT_EQ(QApplication::focusWidget(), Box());
+    EXPECT_EQ(Window().Window()->focusWidget(), Box());
     Act("click:1");
     EXPECT_EQ(State(), "N--V--");
     Open("a(p(v))");
@@ -276,7 +276,7 @@ TEST_F(WindowTest, NewRemoveAndMoveTakeSiblings) {
         {many, "tab:2 click:2 remove", "*X(!2),Y(3) NRMV-- X"},
         {moved, "click:1 up", "b(q(x,!y),r(z)),c,*a(p) NRMV-- a"},
         {moved, "click:1 up down", "*a(p),b(q(x,!y),r(z)),c NRMV-- a"},
-        {moved, "click:8 down", "*c,a(p),b(q(x,!y),r(z)) NRMV-- c"},
+        {moved, "click:9 down", "*c,a(p),b(q(x,!y),r(z)) NRMV-- c"},
         {moved, "click:4 down", "a(p),b(r(z),*q(x,!y)),c NRMV-- q"},
         {moved, "click:6 up", "a(p),b(q(*!y,x),r(z)),c NRMV-- y"},
         {moved, "click:6 down down up", "a(p),b(q(*!y,x),r(z)),c NRMV-- y"},

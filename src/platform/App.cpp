@@ -7,6 +7,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace rivenfall {
 
@@ -33,6 +35,16 @@ void ReportWithoutScreen(QtMsgType type, const QMessageLogContext&, const QStrin
     }
 }
 
+/// Opens those standard streams that the program was started without, so that no file of its own
+/// takes the place of one.
+void OpenStandardStreams() {
+    int descriptor = 0;
+    do {
+        descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    close(descriptor);
+}
+
 std::vector<char*> ArgumentsFor(int argc, char** argv, Screen screen) {
     static char platformOption[] = "-platform";
     static char platformName[] = "offscreen";
@@ -49,6 +61,7 @@ std::vector<char*> ArgumentsFor(int argc, char** argv, Screen screen) {
 App::App(int argc, char** argv, Screen screen)
     : pobjArguments(ArgumentsFor(argc, argv, screen)),
       plngArgumentCount(static_cast<int>(pobjArguments.size()) - 1) {
+    OpenStandardStreams();
     qInstallMessageHandler(screen == Screen::None ? ReportWithoutScreen : ReportConnection);
     pobjApplication = std::make_unique<QApplication>(plngArgumentCount, pobjArguments.data());
     if (screen != Screen::None) {

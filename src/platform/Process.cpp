@@ -26,19 +26,6 @@ bool Succeeded(int error) {
     return error == 0;
 }
 
-/// Moves @p descriptor out of the range of the standard streams, which a child's streams are
-/// copied onto, also where this program was started without streams of its own.
-int AboveStandardStreams(int descriptor) {
-    if (descriptor > STDERR_FILENO || descriptor < 0) {
-        return descriptor;
-    }
-    const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    const int error = errno;
-    close(descriptor);
-    errno = error;
-    return moved;
-}
-
 /// Has the kernel reap every child when it ends: no exit code is ever read, and a child may end
 /// long after its output did.
 void ReapChildrenAutomatically() {
@@ -101,16 +88,8 @@ bool CreatePipe(Handle& readEnd, Handle& writeEnd) {
     if (pipe2(ends, O_CLOEXEC) != 0) {
         return Succeeded(errno);
     }
-    readEnd = AboveStandardStreams(ends[0]);
-    const int readError = errno;
-    writeEnd = AboveStandardStreams(ends[1]);
-    if (readEnd < 0 || writeEnd < 0) {
-        const int error = readEnd < 0 ? readError : errno;
-        CloseHandle(readEnd);
-        CloseHandle(writeEnd);
-        readEnd = writeEnd = 0;
-        return Succeeded(error);
-    }
+    readEnd = ends[0];
+    writeEnd = ends[1];
     return true;
 }
 
