@@ -26,9 +26,14 @@ void StartToFirstPaintOfBareWindow(benchmark::State& state) {
     Start(state, QStringLiteral(RIVENFALL_BARE_WINDOW));
 }
 
+/// Whatever else the machine does delays a start, so it takes many to see an undisturbed one.
+void Starts(benchmark::internal::Benchmark* work) {
+    work->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(30);
+}
+
 } // namespace
 
-BENCHMARK(StartToFirstPaint)->Unit(benchmark::kMillisecond)->Iterations(1);
-BENCHMARK(StartToFirstPaintOfBareWindow)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(StartToFirstPaint)->Apply(Starts);
+BENCHMARK(StartToFirstPaintOfBareWindow)->Apply(Starts);
 
 } // namespace rivenfall

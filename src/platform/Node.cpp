@@ -32,15 +32,17 @@ Node* Node::Next() const {
 }
 
 void Node::SetChecked(bool checked) {
-    if (pblnChecked == checked)
+    if (pblnChecked == checked) {
         return;
+    }
     pblnChecked = checked;
     pobjNodes->Rows().ShowChecked(*this);
 }
 
 void Node::SetExpanded(bool expanded) {
-    if (pblnExpanded == expanded)
+    if (pblnExpanded == expanded) {
         return;
+    }
     pblnExpanded = expanded;
     pobjNodes->Rows().ShowExpanded(*this);
 }
@@ -59,10 +61,11 @@ bool Node::Selected() const {
 }
 
 void Node::SetSelected(bool selected) {
-    if (selected)
+    if (selected) {
         pobjNodes->Rows().SetSelected(this);
-    else if (Selected())
+    } else if (Selected()) {
         pobjNodes->Rows().SetSelected(nullptr);
+    }
 }
 
 } // namespace rivenfall

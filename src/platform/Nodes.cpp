@@ -26,10 +26,12 @@ Node& Nodes::Add(const QString& key, const QString& text) {
 Node& Nodes::Add(const QString& relative, TreeRelationship relationship, const QString& key,
                  const QString& text) {
     Node* const node = Item(relative);
-    if (!node)
+    if (!node) {
         return Add(key, text);
-    if (relationship == tvwChild)
+    }
+    if (relationship == tvwChild) {
         return Insert(*node, node->pobjChildren.size(), key, text);
+    }
     return Insert(*node->pobjParent, static_cast<std::size_t>(node->plngRow) + 1, key, text);
 }
 
@@ -40,16 +42,19 @@ Node& Nodes::Insert(Node& parent, std::size_t row, const QString& key, const QSt
     const auto place = siblings.begin() + static_cast<std::ptrdiff_t>(row);
     Node& node =
         **siblings.insert(place, std::unique_ptr<Node>(new Node(*this, &parent, key, text)));
-    for (std::size_t i = row; i < siblings.size(); ++i)
+    for (std::size_t i = row; i < siblings.size(); ++i) {
         siblings[i]->plngRow = static_cast<int>(i);
+    }
     ++plngCount;
     pobjNearby = &node;
-    if (!pobjByKey.isEmpty())
+    if (!pobjByKey.isEmpty()) {
         pobjByKey.insert(key, &node);
+    }
 
     bool last = true;
-    for (const Node* each = &node; each->pobjParent && last; each = each->pobjParent)
+    for (const Node* each = &node; each->pobjParent && last; each = each->pobjParent) {
         last = each->pobjParent->pobjChildren.back().get() == each;
+    }
     if (pblnNumbered && last) {
         pobjOrder.push_back(&node);
         node.plngIndex = plngCount;
@@ -60,8 +65,9 @@ Node& Nodes::Insert(Node& parent, std::size_t row, const QString& key, const QSt
 }
 
 void Nodes::Clear() {
-    if (plngCount == 0)
+    if (plngCount == 0) {
         return;
+    }
     pobjRows.BeginChanges();
     pobjRows.ForgetAll();
     pobjRoot->pobjChildren.clear();
@@ -75,74 +81,89 @@ void Nodes::Clear() {
 
 void Nodes::Remove(const QString& key) {
     Node* const node = Item(key);
-    if (!node)
+    if (!node) {
         return;
+    }
     pobjRows.BeginChanges();
 
     Node* neighbour = node->Next();
-    if (!neighbour)
+    if (!neighbour) {
         neighbour = node->Previous();
-    if (!neighbour)
+    }
+    if (!neighbour) {
         neighbour = node->Parent();
+    }
     for (Node* each = pobjRows.Selected(); each; each = each->Parent()) {
-        if (each == node)
+        if (each == node) {
             pobjRows.SetSelected(neighbour);
+        }
     }
 
-    if (pblnNumbered && pobjOrder.back() == node)
+    if (pblnNumbered && pobjOrder.back() == node) {
         pobjOrder.pop_back();
-    else
+    } else {
         pblnNumbered = false;
+    }
     pobjNearby = node->Previous() ? node->Previous() : neighbour;
     ForgetBranch(*node);
 
     auto& siblings = node->pobjParent->pobjChildren;
     const std::size_t row = static_cast<std::size_t>(node->plngRow);
     siblings.erase(siblings.begin() + node->plngRow);
-    for (std::size_t i = row; i < siblings.size(); ++i)
+    for (std::size_t i = row; i < siblings.size(); ++i) {
         siblings[i]->plngRow = static_cast<int>(i);
+    }
 }
 
 void Nodes::ForgetBranch(Node& node) {
-    for (const auto& child : node.pobjChildren)
+    for (const auto& child : node.pobjChildren) {
         ForgetBranch(*child);
+    }
     pobjRows.Forget(node);
-    if (!pobjByKey.isEmpty())
+    if (!pobjByKey.isEmpty()) {
         pobjByKey.remove(node.pstrKey);
+    }
     --plngCount;
 }
 
 Node* Nodes::Item(int index) const {
-    if (index < 1 || index > plngCount)
+    if (index < 1 || index > plngCount) {
         return nullptr;
+    }
     Number();
     return pobjOrder[static_cast<std::size_t>(index) - 1];
 }
 
 Node* Nodes::Item(const QString& key) const {
     Node* node = FindNearby(key);
-    if (!node)
+    if (!node) {
         node = FindAnywhere(key);
-    if (node)
+    }
+    if (node) {
         pobjNearby = node;
+    }
     return node;
 }
 
 Node* Nodes::FindNearby(const QString& key) const {
-    if (!pobjNearby)
+    if (!pobjNearby) {
         return nullptr;
+    }
     for (Node* each = pobjNearby; each; each = each->Parent()) {
-        if (each->pstrKey == key)
+        if (each->pstrKey == key) {
             return each;
+        }
     }
     for (Node* each : {pobjNearby->Next(), pobjNearby->Previous()}) {
-        if (each && each->pstrKey == key)
+        if (each && each->pstrKey == key) {
             return each;
+        }
     }
     for (Node* each = pobjNearby; !each->pobjChildren.empty();) {
         each = each->pobjChildren.back().get();
-        if (each->pstrKey == key)
+        if (each->pstrKey == key) {
             return each;
+        }
     }
     return nullptr;
 }
@@ -157,15 +178,17 @@ Node* Nodes::FindAnywhere(const QString& key) const {
             return found == pobjOrder.end() ? nullptr : *found;
         }
         pobjByKey.reserve(plngCount);
-        for (Node* each : pobjOrder)
+        for (Node* each : pobjOrder) {
             pobjByKey.insert(each->pstrKey, each);
+        }
     }
     return pobjByKey.value(key);
 }
 
 void Nodes::Number() const {
-    if (pblnNumbered)
+    if (pblnNumbered) {
         return;
+    }
     pobjOrder.clear();
     pobjOrder.reserve(static_cast<std::size_t>(plngCount));
     const auto number = [this](const Node& parent, const auto& self) -> void {

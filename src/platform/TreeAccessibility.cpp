@@ -51,8 +51,9 @@ public:
         }
         if (text == QAccessible::Description) {
             int level = 1;
-            for (const Node* each = pobjNode.Parent(); each; each = each->Parent())
+            for (const Node* each = pobjNode.Parent(); each; each = each->Parent()) {
                 ++level;
+            }
             const QModelIndex index = Index();
             return QStringLiteral("Level %1, %2 of %3")
                 .arg(level)
@@ -66,8 +67,9 @@ public:
 
     QRect rect() const override {
         const std::vector<Node*> rows = Rows().RowsInView();
-        if (std::find(rows.begin(), rows.end(), &pobjNode) == rows.end())
+        if (std::find(rows.begin(), rows.end(), &pobjNode) == rows.end()) {
             return {};
+        }
         const QRect row = Rows().visualRect(Index());
         return {Rows().viewport()->mapToGlobal(row.topLeft()), row.size()};
     }
@@ -91,29 +93,34 @@ public:
     }
 
     void* interface_cast(QAccessible::InterfaceType type) override {
-        if (type == QAccessible::ActionInterface)
+        if (type == QAccessible::ActionInterface) {
             return static_cast<QAccessibleActionInterface*>(this);
+        }
         return nullptr;
     }
 
     QStringList actionNames() const override {
-        if (!Rows().isEnabled())
+        if (!Rows().isEnabled()) {
             return {};
+        }
         QStringList names{pressAction(), toggleAction()};
-        if (Rows().Model().hasChildren(Index()))
+        if (Rows().Model().hasChildren(Index())) {
             names.append(pobjNode.Expanded() ? CollapseAction : ExpandAction);
+        }
         return names;
     }
 
     void doAction(const QString& name) override {
-        if (!actionNames().contains(name))
+        if (!actionNames().contains(name)) {
             return;
-        if (name == pressAction())
+        }
+        if (name == pressAction()) {
             Rows().Choose(pobjNode);
-        else if (name == toggleAction())
+        } else if (name == toggleAction()) {
             Rows().ToggleCheck(pobjNode);
-        else
+        } else {
             Rows().ToggleBranch(pobjNode);
+        }
     }
 
     QStringList keyBindingsForAction(const QString&) const override { return {}; }
@@ -127,15 +134,17 @@ private:
 };
 
 QAccessibleInterface* PresentTreeRows(const QString& className, QObject* object) {
-    if (className != QLatin1StringView(TreeRows::staticMetaObject.className()))
+    if (className != QLatin1StringView(TreeRows::staticMetaObject.className())) {
         return nullptr;
+    }
     return new TreeAccessibility(*static_cast<TreeRows*>(object));
 }
 
 /// The object to announce for a node, or null if nobody listens.
 QAccessibleInterface* Listening(TreeRows& rows, const Node& node) {
-    if (!QAccessible::isActive() || !rows.Reachable())
+    if (!QAccessible::isActive() || !rows.Reachable()) {
         return nullptr;
+    }
     auto* const tree =
         dynamic_cast<TreeAccessibility*>(QAccessible::queryAccessibleInterface(&rows));
     return tree ? tree->InterfaceOf(node) : nullptr;
@@ -149,8 +158,9 @@ void TreeAccessibility::Install() {
 
 void TreeAccessibility::AnnounceFocus(TreeRows& rows, const Node& node) {
     QAccessibleInterface* const item = Listening(rows, node);
-    if (!item)
+    if (!item) {
         return;
+    }
     QAccessibleEvent focus(item, QAccessible::Focus);
     QAccessible::updateAccessibility(&focus);
     QAccessibleEvent selection(item, QAccessible::Selection);
@@ -159,8 +169,9 @@ void TreeAccessibility::AnnounceFocus(TreeRows& rows, const Node& node) {
 
 void TreeAccessibility::AnnounceCheck(TreeRows& rows, const Node& node) {
     QAccessibleInterface* const item = Listening(rows, node);
-    if (!item)
+    if (!item) {
         return;
+    }
     QAccessible::State changed;
     changed.checked = true;
     QAccessibleStateChangeEvent event(item, changed);
@@ -169,8 +180,9 @@ void TreeAccessibility::AnnounceCheck(TreeRows& rows, const Node& node) {
 
 void TreeAccessibility::AnnounceBranch(TreeRows& rows, const Node& node) {
     QAccessibleInterface* const item = Listening(rows, node);
-    if (!item)
+    if (!item) {
         return;
+    }
     QAccessible::State changed;
     changed.expanded = true;
     QAccessibleStateChangeEvent event(item, changed);
@@ -183,8 +195,9 @@ TreeAccessibility::TreeAccessibility(TreeRows& rows) : QAccessibleWidget(&rows, 
 
 TreeAccessibility::~TreeAccessibility() {
     ForgetAll();
-    if (TreeRows* const rows = Rows())
+    if (TreeRows* const rows = Rows()) {
         rows->SetAccessibility(nullptr);
+    }
 }
 
 TreeRows* TreeAccessibility::Rows() const {
@@ -192,8 +205,9 @@ TreeRows* TreeAccessibility::Rows() const {
 }
 
 QAccessibleInterface* TreeAccessibility::InterfaceOf(const Node& node) {
-    if (const auto known = phndNodes.constFind(&node); known != phndNodes.constEnd())
+    if (const auto known = phndNodes.constFind(&node); known != phndNodes.constEnd()) {
         return QAccessible::accessibleInterface(*known);
+    }
     auto* const item = new NodeAccessibility(*this, const_cast<Node&>(node));
     phndNodes.insert(&node, QAccessible::registerAccessibleInterface(item));
     return item;
@@ -207,8 +221,9 @@ void TreeAccessibility::Forget(const Node& node) {
 }
 
 void TreeAccessibility::ForgetAll() {
-    for (const QAccessible::Id id : std::as_const(phndNodes))
+    for (const QAccessible::Id id : std::as_const(phndNodes)) {
         QAccessible::deleteAccessibleInterface(id);
+    }
     phndNodes.clear();
 }
 

@@ -35,8 +35,9 @@ const Node& TreeModel::NodeOrRoot(const QModelIndex& index) const {
 
 QModelIndex TreeModel::index(int row, int column, const QModelIndex& parent) const {
     const auto& children = NodeOrRoot(parent).pobjChildren;
-    if (column != 0 || row < 0 || static_cast<std::size_t>(row) >= children.size())
+    if (column != 0 || row < 0 || static_cast<std::size_t>(row) >= children.size()) {
         return {};
+    }
     return createIndex(row, 0, children[static_cast<std::size_t>(row)].get());
 }
 
@@ -58,13 +59,16 @@ bool TreeModel::hasChildren(const QModelIndex& parent) const {
 }
 
 QVariant TreeModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid())
+    if (!index.isValid()) {
         return {};
+    }
     const Node& node = *NodeAt(index);
-    if (role == Qt::DisplayRole)
+    if (role == Qt::DisplayRole) {
         return node.Text();
-    if (role == Qt::CheckStateRole)
+    }
+    if (role == Qt::CheckStateRole) {
         return node.Checked() ? Qt::Checked : Qt::Unchecked;
+    }
     return {};
 }
 

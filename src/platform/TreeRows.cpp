@@ -3,60 +3,30 @@
 #include "platform/Node.h"
 #include "platform/TreeAccessibility.h"
 #include "platform/TreeModel.h"
+#include "platform/TreeRowDelegate.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
 
 #include <algorithm>
 #include <utility>
 
 namespace rivenfall {
 
-/// Draws the rows and, unlike its base, leaves the check boxes to TreeRows.
-class RowDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    /// Where the check box of the row at @p index is, whose place and widget @p option tells.
-    QRect CheckBox(QStyleOptionViewItem option, const QModelIndex& index) const {
-        initStyleOption(&option, index);
-        return option.widget->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator,
-                                                      &option, option.widget);
-    }
-
-    /// Some styles draw an outline that vanishes on dark and on selected rows.
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override {
-        QStyledItemDelegate::paint(painter, option, index);
-        painter->save();
-        QColor outline = option.palette.color(QPalette::Text);
-        outline.setAlphaF(0.5F);
-        painter->setPen(outline);
-        painter->drawRect(CheckBox(option, index).adjusted(0, 0, -1, -1));
-        painter->restore();
-    }
-
-protected:
-    bool editorEvent(QEvent*, QAbstractItemModel*, const QStyleOptionViewItem&,
-                     const QModelIndex&) override {
-        return false;
-    }
-};
-
 namespace {
 
 /// The node of the row below that of @p node while all rows are there that open branches show.
 Node* NextRow(const Node& node, const TreeModel& model) {
     const QModelIndex index = model.IndexOf(node);
-    if (node.Expanded() && model.hasChildren(index))
+    if (node.Expanded() && model.hasChildren(index)) {
         return TreeModel::NodeAt(model.index(0, 0, index));
+    }
     for (const Node* each = &node; each; each = each->Parent()) {
-        if (Node* const next = each->Next())
+        if (Node* const next = each->Next()) {
             return next;
+        }
     }
     return nullptr;
 }
@@ -68,7 +38,7 @@ TreeRows::TreeRows(QWidget* container)
       pobjNodes(std::make_unique<Nodes>(*this)),
       pobjModel(std::make_unique<TreeModel>(*pobjNodes->pobjRoot, nullptr)) {
     // Not above: the new child makes an event, which needs every member.
-    pobjDelegate = new RowDelegate(this);
+    pobjDelegate = new TreeRowDelegate(this);
     TreeAccessibility::Install();
     setModel(pobjModel.get());
     setItemDelegate(pobjDelegate);
@@ -97,15 +67,17 @@ void TreeRows::SetReachable(bool reachable) {
 }
 
 void TreeRows::BeginChanges() {
-    if (pobjModel->Changing())
+    if (pobjModel->Changing()) {
         return;
+    }
     pobjModel->BeginChanges();
     pobjSettleTimer.start(0);
 }
 
 void TreeRows::Settle() {
-    if (!pobjModel->Changing())
+    if (!pobjModel->Changing()) {
         return;
+    }
     pobjSettleTimer.stop();
     plngWidestRow = 0;
     pobjModel->EndChanges();
@@ -118,20 +90,23 @@ void TreeRows::OpenBranches() {
     std::vector<Node*> open;
     bool all = true;
     for (Node* node : pobjNodes->pobjOrder) {
-        if (node->pobjChildren.empty())
+        if (node->pobjChildren.empty()) {
             continue;
-        if (node->pblnExpanded)
+        }
+        if (node->pblnExpanded) {
             open.push_back(node);
-        else
+        } else {
             all = false;
+        }
     }
     if (all && !open.empty()) {
         expandAll();
         return;
     }
     // The layout still waits, so the view only takes note of each of them.
-    for (const Node* node : open)
+    for (const Node* node : open) {
         expand(pobjModel->IndexOf(*node));
+    }
 }
 
 void TreeRows::ShowSelection() {
@@ -148,16 +123,18 @@ void TreeRows::ShowSelection() {
 
 void TreeRows::SetSelected(Node* node) {
     pobjSelected = node;
-    if (!pobjModel->Changing())
+    if (!pobjModel->Changing()) {
         ShowSelection();
+    }
 }
 
 std::vector<Node*> TreeRows::RowsInView() {
     Settle();
     std::vector<Node*> rows;
     const QModelIndex top = indexAt(QPoint(viewport()->width() / 2, 0));
-    if (!top.isValid())
+    if (!top.isValid()) {
         return rows;
+    }
     const int height = std::max(1, rowHeight(top));
     int bottom = 0;
     for (Node* node = TreeModel::NodeAt(top); node && bottom < viewport()->height();
@@ -174,8 +151,9 @@ Node* TreeRows::RowAt(const QPoint& position) {
 }
 
 void TreeRows::BringIntoView(Node& node) {
-    for (Node* each = node.Parent(); each; each = each->Parent())
+    for (Node* each = node.Parent(); each; each = each->Parent()) {
         each->SetExpanded(true);
+    }
     Settle();
     scrollTo(pobjModel->IndexOf(node));
 }
@@ -183,8 +161,9 @@ void TreeRows::BringIntoView(Node& node) {
 Node& TreeRows::NearestShown(Node& node) {
     Node* shown = &node;
     for (Node* each = node.Parent(); each; each = each->Parent()) {
-        if (!each->Expanded())
+        if (!each->Expanded()) {
             shown = each;
+        }
     }
     return *shown;
 }
@@ -196,39 +175,45 @@ void TreeRows::scrollTo(const QModelIndex& index, ScrollHint hint) {
 }
 
 void TreeRows::Forget(Node& node) {
-    if (pobjPressedBox == &node)
+    if (pobjPressedBox == &node) {
         pobjPressedBox = nullptr;
+    }
     std::erase_if(pobjHappenings, [&](const Happening& each) { return each.Subject == &node; });
-    if (pobjAccessibility)
+    if (pobjAccessibility) {
         pobjAccessibility->Forget(node);
+    }
 }
 
 void TreeRows::ForgetAll() {
     pobjSelected = nullptr;
     pobjPressedBox = nullptr;
     pobjHappenings.clear();
-    if (pobjAccessibility)
+    if (pobjAccessibility) {
         pobjAccessibility->ForgetAll();
+    }
 }
 
 void TreeRows::ShowChecked(const Node& node) {
-    if (pobjModel->Changing())
+    if (pobjModel->Changing()) {
         return;
+    }
     pobjModel->NodeChanged(node);
     TreeAccessibility::AnnounceCheck(*this, node);
 }
 
 void TreeRows::ShowExpanded(const Node& node) {
-    if (pobjModel->Changing())
+    if (pobjModel->Changing()) {
         return;
+    }
     setExpanded(pobjModel->IndexOf(node), node.Expanded());
     TreeAccessibility::AnnounceBranch(*this, node);
 }
 
 void TreeRows::BranchChanged(const QModelIndex& index, bool expanded) {
     Node& node = *TreeModel::NodeAt(index);
-    if (node.pblnExpanded == expanded)
+    if (node.pblnExpanded == expanded) {
         return; // The view follows the node.
+    }
     node.pblnExpanded = expanded;
     TreeAccessibility::AnnounceBranch(*this, node);
     Raise(expanded ? &TreeRows::BranchOpened : &TreeRows::BranchClosed, node);
@@ -258,11 +243,13 @@ void TreeRows::ToggleBranch(Node& node) {
 void TreeRows::OpenWholeBranch(Node& node) {
     scheduleDelayedItemsLayout();
     const auto open = [this](const Node& branch, const auto& self) -> void {
-        if (branch.pobjChildren.empty())
+        if (branch.pobjChildren.empty()) {
             return;
+        }
         expand(pobjModel->IndexOf(branch));
-        for (const auto& child : branch.pobjChildren)
+        for (const auto& child : branch.pobjChildren) {
             self(*child, self);
+        }
     };
     open(node, open);
 }
@@ -280,8 +267,9 @@ void TreeRows::Raise(void (TreeRows::*signal)(Node&), Node& node) {
 }
 
 void TreeRows::FinishUserAction() {
-    if (plngUserActions > 0 || pobjModel->Changing())
+    if (plngUserActions > 0 || pobjModel->Changing()) {
         return;
+    }
     Node* const current = TreeModel::NodeAt(currentIndex());
     if (current && (current != pobjSelected || pblnRowChosen)) {
         pobjSelected = current;
@@ -297,8 +285,9 @@ void TreeRows::FinishUserAction() {
 }
 
 bool TreeRows::event(QEvent* event) {
-    if (event->type() == QEvent::DeferredDelete)
+    if (event->type() == QEvent::DeferredDelete) {
         return QTreeView::event(event);
+    }
     Settle();
     bool handled = false;
     AsUser([&] { handled = QTreeView::event(event); });
@@ -318,16 +307,18 @@ void TreeRows::mousePressEvent(QMouseEvent* event) {
     const bool box = OnCheckBox(index, position);
     pobjPressedBox = box && event->button() == Qt::LeftButton ? TreeModel::NodeAt(index) : nullptr;
     pblnLabelPressed = index.isValid() && !box && !OnExpander(index, position);
-    if (box)
+    if (box) {
         return;
+    }
     QTreeView::mousePressEvent(event);
     pblnRowChosen = pblnLabelPressed;
 }
 
 void TreeRows::mouseMoveEvent(QMouseEvent* event) {
     // A hand that trembles on an expander or a check box doesn't select the row.
-    if (event->buttons() == Qt::NoButton || pblnLabelPressed)
+    if (event->buttons() == Qt::NoButton || pblnLabelPressed) {
         QTreeView::mouseMoveEvent(event);
+    }
 }
 
 void TreeRows::mouseReleaseEvent(QMouseEvent* event) {
@@ -338,17 +329,19 @@ void TreeRows::mouseReleaseEvent(QMouseEvent* event) {
     Node* const node = std::exchange(pobjPressedBox, nullptr);
     const QPoint position = event->position().toPoint();
     const QModelIndex index = indexAt(position);
-    if (TreeModel::NodeAt(index) == node && OnCheckBox(index, position))
+    if (TreeModel::NodeAt(index) == node && OnCheckBox(index, position)) {
         ToggleCheck(*node);
+    }
 }
 
 void TreeRows::mouseDoubleClickEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
     const QModelIndex index = indexAt(position);
-    if (OnCheckBox(index, position) || OnExpander(index, position))
+    if (OnCheckBox(index, position) || OnExpander(index, position)) {
         mousePressEvent(event);
-    else
+    } else {
         QTreeView::mouseDoubleClickEvent(event);
+    }
 }
 
 void TreeRows::keyPressEvent(QKeyEvent* event) {
@@ -361,18 +354,21 @@ void TreeRows::keyPressEvent(QKeyEvent* event) {
         event->ignore();
         return;
     case Qt::Key_Space:
-        if (shown && !hidden)
+        if (shown && !hidden) {
             ToggleCheck(*shown);
+        }
         return;
     case Qt::Key_Asterisk:
-        if (shown)
+        if (shown) {
             OpenWholeBranch(*shown);
+        }
         return;
     // Qt's view would also look for a text that begins with the sign.
     case Qt::Key_Plus:
     case Qt::Key_Minus:
-        if (shown && shown->Expanded() == (event->key() == Qt::Key_Minus))
+        if (shown && shown->Expanded() == (event->key() == Qt::Key_Minus)) {
             ToggleBranch(*shown);
+        }
         return;
     case Qt::Key_Right:
         if (hidden) {
@@ -389,8 +385,9 @@ void TreeRows::keyPressEvent(QKeyEvent* event) {
 QModelIndex TreeRows::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
     if (pobjSelected) {
         const QModelIndex shown = pobjModel->IndexOf(NearestShown(*pobjSelected));
-        if (shown != currentIndex())
+        if (shown != currentIndex()) {
             selectionModel()->setCurrentIndex(shown, QItemSelectionModel::NoUpdate);
+        }
     }
     return QTreeView::moveCursor(action, modifiers);
 }
@@ -399,13 +396,15 @@ void TreeRows::focusInEvent(QFocusEvent* event) {
     QTreeView::focusInEvent(event);
     // Qt's view makes the first row current where none is.
     ShowSelection();
-    if (pobjSelected)
+    if (pobjSelected) {
         TreeAccessibility::AnnounceFocus(*this, *pobjSelected);
+    }
 }
 
 void TreeRows::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         plngWidestRow = 0;
+    }
     QTreeView::changeEvent(event);
 }
 
@@ -417,8 +416,9 @@ QItemSelectionModel::SelectionFlags TreeRows::selectionCommand(const QModelIndex
 void TreeRows::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     // The base class's announcement would name a cell of a table, which the tree here is not.
     QAbstractItemView::currentChanged(current, previous);
-    if (current.isValid() && hasFocus())
+    if (current.isValid() && hasFocus()) {
         TreeAccessibility::AnnounceFocus(*this, *TreeModel::NodeAt(current));
+    }
 }
 
 void TreeRows::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
@@ -440,13 +440,15 @@ void TreeRows::updateGeometries() {
 }
 
 void TreeRows::FitColumn() {
-    if (pblnFitting || pobjModel->Changing())
+    if (pblnFitting || pobjModel->Changing()) {
         return;
+    }
     pblnFitting = true;
     for (const Node* node : RowsInView()) {
         int width = sizeHintForIndex(pobjModel->IndexOf(*node)).width();
-        for (const Node* each = node; each; each = each->Parent())
+        for (const Node* each = node; each; each = each->Parent()) {
             width += indentation();
+        }
         plngWidestRow = std::max(plngWidestRow, width);
     }
     header()->resizeSection(0, std::max(viewport()->width(), plngWidestRow));
@@ -454,8 +456,9 @@ void TreeRows::FitColumn() {
 }
 
 bool TreeRows::OnCheckBox(const QModelIndex& index, const QPoint& position) const {
-    if (!index.isValid())
+    if (!index.isValid()) {
         return false;
+    }
     QStyleOptionViewItem option;
     initViewItemOption(&option);
     option.rect = visualRect(index);
@@ -463,13 +466,15 @@ bool TreeRows::OnCheckBox(const QModelIndex& index, const QPoint& position) cons
 }
 
 bool TreeRows::OnExpander(const QModelIndex& index, const QPoint& position) const {
-    if (!index.isValid() || !pobjModel->hasChildren(index))
+    if (!index.isValid() || !pobjModel->hasChildren(index)) {
         return false;
+    }
     QRect expander = visualRect(index);
-    if (isRightToLeft())
+    if (isRightToLeft()) {
         expander.setLeft(expander.right() + 1);
-    else
+    } else {
         expander.setLeft(expander.left() - indentation());
+    }
     expander.setWidth(indentation());
     return expander.contains(position);
 }

@@ -11,7 +11,7 @@
 
 namespace rivenfall {
 
-class RowDelegate;
+class TreeRowDelegate;
 class TreeAccessibility;
 class TreeModel;
 
@@ -123,7 +123,7 @@ private:
 
     std::unique_ptr<Nodes> pobjNodes;
     std::unique_ptr<TreeModel> pobjModel;
-    RowDelegate* pobjDelegate = nullptr;
+    TreeRowDelegate* pobjDelegate = nullptr;
     TreeAccessibility* pobjAccessibility = nullptr;
     QTimer pobjSettleTimer;
     Node* pobjSelected = nullptr;
