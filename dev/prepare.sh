@@ -1,4 +1,4 @@
-# Sourced by run.sh, test.sh and .ci/run, which set `root` first. What it prints goes to standard
+# Sourced by run.sh, test.sh, .ci/run and the scripts beside it, which set `root` first. What it prints goes to standard
 # error, so that standard output is left to the program or the tests.
 
 build_packages=(g++ cmake ninja-build qt6-base-dev)
