@@ -121,26 +121,6 @@ TEST_F(DataTest, MovesANodeToAPosition) {
     EXPECT_EQ(TakeEvents(), ">c1p0v0");
 }
 
-TEST_F(DataTest, KeepsAtMostOneAlternativeActive) {
-    Grow(Root, Sketches("c(p(a,b,c,d),p),c"));
-    EXPECT_EQ(OrderOf(Root) + OrderOf(*Root.Item(1)->Childs()), "ccpp");
-    DataNodes& values = *Root.Item(1)->Childs()->Item(1)->Childs();
-    EXPECT_EQ(OrderOf(values), "a-b-c-d");
-    values.Item(2)->SetActive(true);
-    EXPECT_EQ(OrderOf(values), "a-bc-d-");
-    values.Item(3)->SetActive(false);
-    values.Item(2)->Move(4);
-    EXPECT_EQ(OrderOf(values), "a-c-d-b");
-    values.Remove(4);
-    EXPECT_EQ(OrderOf(values), "a-c-d-");
-    values.Item(1)->SetActive(true);
-    values.Item(1)->SetActive(false);
-    values.Item(3)->SetActive(true);
-    EXPECT_EQ(OrderOf(values), "a-c-d");
-    values.Add(u"e"_qs);
-    EXPECT_EQ(OrderOf(values), "a-c-d-e");
-}
-
 TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {
     QTemporaryDir folder;
     const QString path = StoreBytes(folder.filePath(u"a.tvq"_qs),
@@ -163,18 +143,6 @@ TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {
     EXPECT_EQ(OrderOf(values), "bc-a-");
     content.Variables.Item(1)->Childs()->Add(u"c"_qs);
     EXPECT_EQ(OrderOf(*content.Variables.Item(1)->Childs()), "a-b-c");
-}
-
-TEST_F(DataTest, FindsNodesByTheirKeys) {
-    const QString key = MakeNodeKey(31, 42, 2147483647);
-    EXPECT_EQ(key.toStdString(), "c31p42v2147483647");
-    EXPECT_EQ(NodeKeyCompiler(key), 31);
-    EXPECT_EQ(NodeKeyParameter(key), 42);
-    EXPECT_EQ(NodeKeyValue(key), 2147483647);
-    Grow(Root, Sketches("c,c(p,p,p,p,p,p,p,p,p,p(v))"));
-    for (const QString& known : {u"c2p0v0"_qs, u"c2p9v0"_qs, u"c2p10v1"_qs}) {
-        EXPECT_EQ(NodeFromKey(known, Root)->Key(), known);
-    }
 }
 
 } // namespace

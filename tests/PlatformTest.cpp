@@ -1,16 +1,11 @@
 #include "Harness.h"
 
 #include "platform/CommandLine.h"
-#include "platform/CurrentDirectory.h"
-#include "platform/DataObject.h"
 #include "platform/Process.h"
 #include "platform/PropertyBag.h"
 
-#include <QDir>
-#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
-#include <QUrl>
 
 #include <cerrno>
 #include <csignal>
@@ -151,30 +146,6 @@ TEST(ProcessTest, FiveHundredChildrenLeaveNothingBehind) {
     EXPECT_TRUE(WaitFor([] { return waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD; }));
 }
 
-TEST(CurrentDirectoryTest, GoesWhereAPathLeads) {
-    const QString former = QDir::currentPath();
-    QTemporaryDir folder;
-    const QString base = QDir(folder.path()).canonicalPath();
-    for (const QString& name : {u"plain"_qs, u"qu\"ote"_qs, u"жук"_qs, u"with blank"_qs}) {
-        QDir(base).mkdir(name);
-        ASSERT_EQ(ChangeDirectory(base).Number, 0);
-        EXPECT_EQ(ChangeDirectory(JoinCommandLine({name})).Number, 0);
-        EXPECT_EQ(QDir::currentPath(), base + u'/' + name);
-    }
-    const std::pair<QString, int> cases[] = {{u"../with blank"_qs, 0},
-                                             {QString(), ENOENT},
-                                             {u"\"\""_qs, ENOENT},
-                                             {StoreBytes(base + u"/file"_qs, ""), ENOTDIR},
-                                             {base + QChar::Null + u"x"_qs, EINVAL}};
-    for (const auto& [path, error] : cases) {
-        const DirectoryChange result = ChangeDirectory(path);
-        EXPECT_EQ(result.Number, error) << path.toStdString();
-        EXPECT_EQ(result.Description.isEmpty(), error == 0);
-        EXPECT_EQ(QDir::currentPath(), base + u"/with blank"_qs);
-    }
-    QDir::setCurrent(former);
-}
-
 TEST(PropertyBagTest, WritesTheseBytes) {
     PropertyBag bag;
     bag.WriteProperty("Value", QString::fromUtf8("é"));
@@ -248,37 +219,6 @@ TEST(MultiLineTextBoxTest, ShowsEveryKindOfLineBreakOnce) {
     EXPECT_EQ(edit->toPlainText().toStdString(), "\nnew");
     box.SetSelStartToEnd();
     EXPECT_EQ(edit->textCursor().position(), 4);
-}
-
-TEST(DataObjectTest, TellsTextFromFiles) {
-    const QList<QUrl> files{QUrl(u"file:///tmp/a%20b"_qs), QUrl(u"http://host/x"_qs),
-                            QUrl(u"file:///tmp/c"_qs)};
-    const QString repeated = u"file:///tmp/a%20b\r\nhttp://host/x\r\nfile:///tmp/c\r\n"_qs;
-    // A text, whether the files come with it, and whether it counts as one.
-    const std::tuple<QString, bool, bool> cases[] = {
-        {{}, false, false},
-        {u"hello"_qs, false, true},
-        {u""_qs, false, true},
-        {{}, true, false},
-        {u"/tmp/a b\nhttp://host/x\n/tmp/c"_qs, true, false},
-        {repeated, true, false},
-        {u"other text"_qs, true, true}};
-    for (const auto& [text, hasFiles, hasText] : cases) {
-        QMimeData data;
-        if (!text.isNull()) {
-            data.setText(text);
-        }
-        if (hasFiles) {
-            data.setUrls(files);
-        }
-        const DataObject object(data);
-        EXPECT_EQ(object.GetFormat(DataObjectText), hasText);
-        EXPECT_EQ(object.GetData(DataObjectText), hasText ? text : QString());
-        EXPECT_EQ(object.GetFormat(DataObjectFiles), hasFiles);
-        EXPECT_EQ(object.GetData(DataObjectFiles), hasFiles ? u"/tmp/a b\n/tmp/c"_qs : QString());
-        EXPECT_EQ(object.Files().Count(), hasFiles ? 2 : 0);
-        EXPECT_TRUE(!hasFiles || object.Files().Item(2) == u"/tmp/c"_qs);
-    }
 }
 
 } // namespace

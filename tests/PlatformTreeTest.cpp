@@ -83,21 +83,6 @@ protected:
     QStringList pstrLog;
 };
 
-TEST_F(PlatformTree, NodesKeepDepthFirstPositionsAndKeys) {
-    Fill(3, 2);
-    Nodes& nodes = pobjTree.Nodes();
-    nodes.Add(u"1"_qs, tvwNext, u"new"_qs, u"between"_qs).SetExpanded(true);
-    nodes.Add(u"new"_qs, tvwChild, u"new.1"_qs, u"below"_qs);
-    EXPECT_EQ(At("3.2").Index(), 11);
-    EXPECT_TRUE(At("new").Expanded());
-    EXPECT_EQ(At("new").Previous(), &At("1"));
-    for (const char* key : {"1.2", "3.1", "1.1", "2.2", "3.2", "new.1", "1", "2.1"})
-        EXPECT_EQ(At(key).Key(), QLatin1StringView(key));
-    nodes.Remove(u"1"_qs);
-    EXPECT_EQ(At("2.1").Index(), 4);
-    EXPECT_EQ(nodes.Item(u"1.2"_qs), nullptr);
-}
-
 TEST_F(PlatformTree, RemovalAndRebuildKeepANodeSelected) {
     Fill(2, 3);
     At("1.2").SetSelected(true);

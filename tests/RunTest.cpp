@@ -170,18 +170,6 @@ TEST_F(RunTest, ASilentChildHoldsNothingUp) {
     EXPECT_LT(clock.elapsed(), 2000);
 }
 
-TEST_F(RunTest, FortyCommandsLeaveNothingBehind) {
-    Execute({u"true"_qs});
-    const int before = OpenDescriptors();
-    std::vector<Sketch> compilers(38, Sketch("true"));
-    compilers.insert(compilers.begin() + 5, 2, Sketch("rivenfall-no-such-program"));
-    Open(compilers);
-    Program().Run();
-    EXPECT_EQ(Log().count(u"# | [success]"_qs), 38);
-    EXPECT_EQ(OpenDescriptors(), before);
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
-}
-
 TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
     Execute({u"true"_qs});
     rlimit limit;

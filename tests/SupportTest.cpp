@@ -29,19 +29,6 @@ TEST(SupportTest, AListIsOneCommandLine) {
     tokens.SetText(items.Text());
     EXPECT_EQ(tokens.Count(), 4);
     EXPECT_EQ(tokens.Item(3).toStdString(), "a b");
-
-    StringList marked;
-    marked.SetSeparator(u", "_qs);
-    marked.SetQuoteBegin(u"<<"_qs);
-    marked.SetQuoteEnd(u">"_qs);
-    for (const char* item : {"x, y", "<<", "a>b\\", "plain"}) {
-        marked.Add(QLatin1StringView(item), false);
-    }
-    const QString text = marked.Text();
-    EXPECT_EQ(text.toStdString(), R"(<<x, y>, <<\<<>, <<a\>b\\>, plain)");
-    marked.SetText(text);
-    EXPECT_EQ(marked.Text(), text);
-    EXPECT_EQ(marked.Item(3).toStdString(), "a>b\\");
 }
 
 TEST(SupportTest, FilesAreChosenInARealDialog) {

@@ -1,34 +1,45 @@
 #include "WindowDriver.h"
 
-#include <QPushButton>
+#include <QAbstractButton>
+#include <QPointer>
+#include <QRegularExpression>
 #include <QWindow>
-
-#include <utility>
 
 namespace rivenfall {
 
+namespace {
+
+/// The nodes at the front of @p outline, up to the end of their level.
 std::vector<Sketch> Sketches(QStringView& outline) {
     std::vector<Sketch> nodes;
     while (!outline.isEmpty() && outline.front() != u')') {
         outline = outline.sliced(outline.front() == u',' ? 1 : 0);
         const bool off = outline.startsWith(u'!');
-        outline = outline.sliced(off ? 1 : 0);
-        qsizetype end = 0;
+        qsizetype end = off ? 1 : 0;
         while (end < outline.size() && !QStringView(u"(),").contains(outline[end]))
             ++end;
-        const QString value = outline.first(end).toString();
-        Sketch node(value == u"~" ? QString() : value);
-        node.Active = !off;
+        Sketch node(outline.first(end).sliced(off ? 1 : 0).toString().remove(u'~'));
         outline = outline.sliced(end);
         if (outline.startsWith(u'(')) {
             outline = outline.sliced(1);
             node.Below = Sketches(outline);
             outline = outline.sliced(1);
         }
+        node.Active = !off;
         nodes.push_back(node);
     }
     return nodes;
 }
+
+void Collect(const DataNodes& nodes, int level, Lines& lines) {
+    for (const std::shared_ptr<DataNode>& node : nodes) {
+        lines.push_back({level, node->Value(), node->Active(), node->Expanded()});
+        if (node->Childs())
+            Collect(*node->Childs(), level + 1, lines);
+    }
+}
+
+} // namespace
 
 std::vector<Sketch> Sketches(const char* outline) {
     const QString text = QString::fromUtf8(outline);
@@ -36,94 +47,73 @@ std::vector<Sketch> Sketches(const char* outline) {
     return Sketches(rest);
 }
 
-QModelIndex WindowTest::Row(int position) const {
-    const QAbstractItemModel* model = const_cast<WindowTest*>(this)->Tree()->model();
-    const auto find = [&](const QModelIndex& parent, const auto& self) -> QModelIndex {
-        for (int row = 0; row < model->rowCount(parent); ++row) {
-            const QModelIndex index = model->index(row, 0, parent);
-            if (--position == 0)
-                return index;
-            if (const QModelIndex below = self(index, self); below.isValid())
-                return below;
+std::string Outline(const Lines& lines, bool Line::*open, int selected) {
+    QString text;
+    QString brackets;
+    for (qsizetype each = 0; each < qsizetype(lines.size()); ++each) {
+        const Line& line = lines[size_t(each)];
+        for (; brackets.size() > line.Level; brackets.chop(1))
+            text += brackets.back();
+        text += text.isEmpty() || QStringView(u"([").contains(text.back()) ? u""_qs : u","_qs;
+        text += each + 1 == selected ? u"*"_qs : QString();
+        text += (line.On ? QString() : u"!"_qs) + (line.Value.isEmpty() ? u"~"_qs : line.Value);
+        if (size_t(each) + 1 < lines.size() && lines[size_t(each) + 1].Level > line.Level) {
+            text += line.*open ? u'(' : u'[';
+            brackets += line.*open ? u')' : u']';
         }
-        return {};
-    };
-    return find({}, find);
+    }
+    std::reverse(brackets.begin(), brackets.end());
+    return (text + brackets).toStdString();
+}
+
+QModelIndexList WindowTest::Rows(const QModelIndex& parent) {
+    QModelIndexList rows;
+    for (int row = 0; row < Tree()->model()->rowCount(parent); ++row) {
+        rows += Tree()->model()->index(row, 0, parent);
+        rows += Rows(rows.back());
+    }
+    return rows;
 }
 
 void WindowTest::Act(const QString& script) {
     for (const QString& word : script.split(u' ', Qt::SkipEmptyParts)) {
-        const QString name = word.section(u':', 0, 0);
-        const QString argument = word.section(u':', 1);
-        const auto key = [](const QString& text) { return QKeySequence(text)[0]; };
         TakeKeyboard();
-        if (name == u"click")
-            ClickRow(argument.toInt(), 40);
-        else if (name == u"mark")
-            ClickRow(argument.toInt(), 8);
-        else if (name == u"branch")
-            ClickRow(argument.toInt(), -10);
+        const QString name = word.section(u':', 0, 0).replace(u'_', u' ');
+        const QString argument = word.section(u':', 1).replace(u'_', u' ');
+        const auto key = [](const QString& text) { return QKeySequence(text)[0]; };
+        if (name == u"click" || name == u"mark" || name == u"branch")
+            ClickRow(argument.toInt(), name == u"click" ? 40 : name == u"mark" ? 8 : -10);
         else if (name == u"tab")
             QTest::mouseClick(Tabs(), Qt::LeftButton, {},
                               Tabs()->tabRect(argument.toInt() - 1).center());
         else if (name == u"type")
-            QTest::keyClicks(Box(), QString(argument).replace(u'_', u' '));
-        else if (name == u"file")
-            Choose(Qt::Key_F, key(argument).key());
-        else if (name == u"help")
-            Choose(Qt::Key_H, key(argument).key());
+            QTest::keyClicks(Box(), argument);
+        else if (name == u"file" || name == u"help")
+            Choose(name == u"file" ? Qt::Key_F : Qt::Key_H, key(argument).key());
         else if (name == u"pick")
             TheUser.Files.push_back(argument.isEmpty() ? QString() : Path(argument));
-        else if (name == u"yes")
-            TheUser.Answers.push_back(MessageBoxYes);
-        else if (name == u"no")
-            TheUser.Answers.push_back(MessageBoxNo);
-        else if (name == u"stay")
-            TheUser.Answers.push_back(MessageBoxCancel);
-        else if (argument.isEmpty())
-            QTest::mouseClick(Named(name), Qt::LeftButton);
-        else
-            PressKey(Named(name), key(argument));
+        else if (name == u"yes" || name == u"no" || name == u"stay")
+            TheUser.Answers.push_back(name == u"yes"  ? MessageBoxYes
+                                      : name == u"no" ? MessageBoxNo
+                                                      : MessageBoxCancel);
+        else {
+            bool found = false;
+            for (QWidget* widget : Window().Client()->findChildren<QWidget*>()) {
+                if (widget->accessibleName() != name)
+                    continue;
+                found = true;
+                if (argument.isEmpty())
+                    QTest::mouseClick(widget, Qt::LeftButton);
+                else
+                    QTest::keyClick(widget, key(argument).key(), key(argument).keyboardModifiers());
+                break;
+            }
+            EXPECT_TRUE(found) << name.toStdString();
+            // A button that is pressed by its letter stays down for a moment.
+            for (const QAbstractButton* each : Window().Client()->findChildren<QAbstractButton*>())
+                EXPECT_TRUE(WaitFor([&] { return !each->isDown(); }));
+        }
     }
-}
-
-void WindowTest::TakeKeyboard() {
-    QWindow* window = Window().Window()->windowHandle();
-    if (QGuiApplication::focusWindow() == window)
-        return;
-    window->requestActivate();
-    QCoreApplication::processEvents();
-    EXPECT_EQ(QGuiApplication::focusWindow(), window);
-}
-
-QWidget* WindowTest::Named(const QString& name) {
-    const QList<QToolButton*> moves = Window().udnMove.Widget()->findChildren<QToolButton*>();
-    const std::initializer_list<std::pair<QLatin1StringView, QWidget*>> widgets = {
-        {QLatin1StringView("tree"), Tree()},
-        {QLatin1StringView("box"), Box()},
-        {QLatin1StringView("tabs"), Tabs()},
-        {QLatin1StringView("window"), Window().Window()},
-        {QLatin1StringView("new"), Window().cmdNew.Widget()},
-        {QLatin1StringView("remove"), Window().cmdRemove.Widget()},
-        {QLatin1StringView("ok"), Window().cmdOK.Widget()},
-        {QLatin1StringView("cancel"), Window().cmdCancel.Widget()},
-        {QLatin1StringView("move"), Window().udnMove.Widget()},
-        {QLatin1StringView("up"), moves[0]},
-        {QLatin1StringView("down"), moves[1]}};
-    for (const auto& [word, widget] : widgets) {
-        if (word == name)
-            return widget;
-    }
-    ADD_FAILURE() << "no control is named " << name.toStdString();
-    return Box();
-}
-
-void WindowTest::PressKey(QWidget* widget, QKeyCombination key) {
-    QTest::keyClick(widget, key.key(), key.keyboardModifiers());
-    // A button that is pressed by its letter stays down for a moment.
-    const auto* added = static_cast<QPushButton*>(Window().cmdNew.Widget());
-    const auto* removed = static_cast<QPushButton*>(Window().cmdRemove.Widget());
-    EXPECT_TRUE(WaitFor([&] { return !added->isDown() && !removed->isDown(); }));
 }
 
 void WindowTest::ClickRow(int position, int right) {
@@ -145,8 +135,18 @@ void WindowTest::Choose(Qt::Key menu, Qt::Key entry) {
         QTest::keyClick(bar, Qt::Key_Escape);
 }
 
+/// Without a screen there is no window manager to take it back from a menu or another window.
+void WindowTest::TakeKeyboard() {
+    QWindow* window = Window().Window()->windowHandle();
+    if (QGuiApplication::focusWindow() == window)
+        return;
+    window->requestActivate();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QGuiApplication::focusWindow(), window);
+}
+
 void WindowTest::Open(const char* compilers, const char* variables, const char* script) {
-    const QString path = StoreBytes(Path(QStringLiteral("document.tvq")),
+    const QString path = StoreBytes(Path(u"document.tvq"_qs),
                                     DocumentImage(Sketches(compilers), Sketches(variables)));
     TheUser.Answers = {MessageBoxNo};
     ASSERT_TRUE(Program().FileOpen(path));
@@ -163,52 +163,33 @@ void WindowTest::Forget() {
 
 std::string WindowTest::Shown() {
     QCoreApplication::processEvents();
-    const QString shown = ShownBelow({});
-    const DataNodes* document =
-        Program().ContentActive() == 1 ? Program().Compilers() : Program().Variables();
-    const auto plain = [](QString outline) {
-        return outline.remove(u'*').replace(u'[', u'(').replace(u']', u')');
-    };
-    EXPECT_EQ(plain(QString::fromStdString(Stored(document))), plain(shown));
-    EXPECT_EQ(Tabs()->currentIndex() + 1, Program().ContentActive());
-    return shown.toStdString();
+    const QModelIndexList rows = Rows({});
+    Lines shown, stored;
+    for (const QModelIndex& row : rows) {
+        int level = 0;
+        for (QModelIndex above = row.parent(); above.isValid(); above = above.parent())
+            ++level;
+        const QString text = row.data().toString();
+        shown.push_back({level, text == QString(64, u' ') ? QString() : text,
+                         row.data(Qt::CheckStateRole) == Qt::Checked, Tree()->isExpanded(row)});
+        EXPECT_EQ(Tree()->selectionModel()->isSelected(row), row == Tree()->currentIndex());
+    }
+    const int content = Program().ContentActive();
+    Collect(*(content == 1 ? Program().Compilers() : Program().Variables()), 0, stored);
+    EXPECT_EQ(Outline(shown, &Line::Shown), Outline(stored, &Line::Shown));
+    EXPECT_EQ(Tabs()->currentIndex() + 1, content);
+    return Outline(shown, &Line::Open, int(rows.indexOf(Tree()->currentIndex())) + 1);
 }
 
-QString WindowTest::ShownBelow(const QModelIndex& parent) {
-    const QAbstractItemModel* model = Tree()->model();
-    QStringList nodes;
-    for (int row = 0; row < model->rowCount(parent); ++row) {
-        const QModelIndex index = model->index(row, 0, parent);
-        QString node = QStringLiteral("*").first(index == Tree()->currentIndex());
-        EXPECT_EQ(!node.isEmpty(), Tree()->selectionModel()->isSelected(index));
-        node += QStringLiteral("!").first(index.data(Qt::CheckStateRole) == Qt::Unchecked);
-        const QString text = index.data().toString();
-        node += text == QString(64, u' ') ? QStringLiteral("~") : text;
-        if (model->hasChildren(index)) {
-            const bool open = Tree()->isExpanded(index);
-            node += (open ? u'(' : u'[') + ShownBelow(index) + (open ? u')' : u']');
-        }
-        nodes += node;
-    }
-    return nodes.join(u',');
-}
-
-std::string WindowTest::Stored(const DataNodes* collection) {
-    std::string outline;
-    for (const std::shared_ptr<DataNode>& node : *collection) {
-        outline += outline.empty() ? "" : ",";
-        outline += node->Active() ? "" : "!";
-        outline += node->Value().isEmpty() ? "~" : node->Value().toStdString();
-        if (node->Childs() && node->Childs()->Count() > 0)
-            outline += (node->Expanded() ? "(" : "[") + Stored(node->Childs()) +
-                       (node->Expanded() ? ")" : "]");
-    }
-    return outline;
+std::string WindowTest::Stored(int content) {
+    Lines stored;
+    Collect(*(content == 1 ? Program().Compilers() : Program().Variables()), 0, stored);
+    return Outline(stored, &Line::Open);
 }
 
 std::string WindowTest::State() {
     frmMain& form = Window();
-    const std::initializer_list<std::pair<char, const Control*>> controls = {
+    const std::pair<char, const Control*> controls[] = {
         {'N', &form.cmdNew},   {'R', &form.cmdRemove}, {'M', &form.udnMove},
         {'V', &form.txtValue}, {'O', &form.cmdOK},     {'C', &form.cmdCancel}};
     std::string state;
@@ -220,25 +201,54 @@ std::string WindowTest::State() {
         EXPECT_EQ(enabled, document);
     for (const Menu* always : {&form.mnuFileNew, &form.mnuFileOpen, &form.mnuFileShowOutput,
                                &form.mnuFileExit, &form.mnuHelpInfo})
-        EXPECT_TRUE(always->Enabled()) << always->Caption().toStdString();
+        EXPECT_TRUE(always->Enabled());
     return state + (document ? "" : " none");
 }
 
 bool WindowTest::Changed() {
-    const QStringList formerlyAsked = TheUser.Asked;
-    const QStringList formerDialogs = TheUser.Dialogs;
     Forget();
     EXPECT_FALSE(Program().FileOpen());
     const bool asked = !TheUser.Asked.empty();
     EXPECT_NE(asked, !TheUser.Dialogs.empty());
-    TheUser.Asked = formerlyAsked;
-    TheUser.Dialogs = formerDialogs;
+    Forget();
     return asked;
 }
 
 std::string WindowTest::Look() {
     return Shown() + " " + State() + " " + Box()->text().toStdString() +
            (Changed() ? " changed" : "");
+}
+
+void WindowTest::Expect(const char* script, const std::string& look) {
+    SCOPED_TRACE(script);
+    Act(script);
+    EXPECT_EQ(Look(), look);
+}
+
+void WindowTest::ExpectEach(const char* compilers, const char* variables, const char* start,
+                            const char* cases) {
+    static const QRegularExpression goesOn(u"\\n *(?==>)|(?<=\\|)\\n"_qs);
+    static const QRegularExpression ends(u"[;\\n]"_qs);
+    for (const QString& line : QString::fromUtf8(cases).remove(goesOn).split(ends)) {
+        const QString look = line.section(u"=>"_qs, 1).trimmed();
+        for (const QString& script : line.section(u"=>"_qs, 0, 0).split(u'|')) {
+            if (look.isEmpty())
+                continue;
+            SCOPED_TRACE(script.toStdString());
+            Open(compilers, variables, start);
+            Act(script.simplified());
+            if (look.contains(u' ')) {
+                EXPECT_EQ(QString::fromStdString(Look()).trimmed(), look);
+            } else {
+                EXPECT_EQ(Shown(), look.toStdString());
+                EXPECT_TRUE(Changed());
+            }
+        }
+    }
+}
+
+bool WindowTest::Holds(const QString& name, const char* compilers, const char* variables) {
+    return BytesOf(Path(name)) == DocumentImage(Sketches(compilers), Sketches(variables));
 }
 
 } // namespace rivenfall
