@@ -197,7 +197,9 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         TheUser.Answers = {MessageBoxYes};
         EXPECT_TRUE(Program().FileOpen(path));
         EXPECT_EQ(TakeAsked(),
-                  std::string("The file was changed.\r\nDo you want to save it?|3|") + Title);
+                  QStringLiteral("The file was changed.\r\nDo you want to save it?|3|%1")
+                      .arg(QLatin1StringView(Title))
+                      .toStdString());
         EXPECT_EQ(BytesOf(path), former);
     }
     std::signal(SIGXFSZ, formerAction);

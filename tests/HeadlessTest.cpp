@@ -83,17 +83,6 @@ TEST_F(HeadlessTest, TheExitStatusTellsHowItWent) {
     }
 }
 
-TEST_F(HeadlessTest, PrintsTheLogAsItGrows) {
-    Document({{"false"}, Shell(u"echo one; echo two >&2"_qs), {"nosuch", {"x"}}}, "жук doc.tvq");
-    const Call result = Run({QString::fromUtf8("жук doc.tvq")});
-    EXPECT_EQ(result.Status, 0);
-    EXPECT_EQ(result.Output, FrameOf(u"false"_qs, "success") + "\n" +
-                                 FrameOf(u"sh -c \"echo one; echo two >&2\""_qs, "success") +
-                                 "one\ntwo\n\n" +
-                                 FrameOf(u"nosuch x"_qs, "error: CreateProcess failed (2)"));
-    EXPECT_EQ(result.Error, "");
-}
-
 TEST_F(HeadlessTest, TextArrivesWholeInAnyEnvironment) {
     const QStringList arguments{u"out"_qs, u"a \"b\"\t\\"_qs, u"${EMPTY}"_qs, u"1\n2"_qs,
                                 QString::fromUtf8("漢字 😀")};

@@ -84,16 +84,6 @@ QByteArray OutputOfScript(const char* script, const QStringList& arguments = {})
     return OutputOf(QStringList{u"sh"_qs, u"-c"_qs, QString::fromUtf8(script)} + arguments);
 }
 
-TEST(ProcessTest, EveryArgumentArrivesByteForByte) {
-    const char bytes[] = "name\0 lead and trail \0\t\0say \"hi\"\0\"\0C:\\my dir\\\0\\\\\0\0"
-                         "1\n2\r\n\0жук 漢字 😀 é\0*.c\0$HOME;|>&`'";
-    const QByteArray arguments(bytes, sizeof bytes);
-    QStringList items = QString::fromUtf8(arguments).split(QChar::Null);
-    items.removeLast();
-    EXPECT_EQ(items.size(), 12);
-    EXPECT_EQ(OutputOfScript("printf '%s\\0' \"$0\" \"$@\"", items), arguments);
-}
-
 TEST(ProcessTest, AChildHasThreeStreamsAndCleanSignals) {
     const auto formerAction = std::signal(SIGUSR2, SIG_IGN);
     sigset_t blocked, formerMask;

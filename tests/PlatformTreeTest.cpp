@@ -2,14 +2,12 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 
 using namespace rivenfall;
 
@@ -51,7 +49,6 @@ protected:
 
     Node& At(const char* key) { return *pobjTree.Nodes().Item(QString::fromLatin1(key)); }
     QString Selected() { return pobjTree.SelectedItem()->Key(); }
-    QString Top() { return pobjTree.RowsInView().front()->Key(); }
     std::string TakeLog() { return std::exchange(pstrLog, {}).join(u", ").toStdString(); }
     QTreeView* View() { return static_cast<QTreeView*>(pobjTree.Widget()); }
     QWidget* Port() { return View()->viewport(); }
@@ -83,52 +80,6 @@ protected:
     QStringList pstrLog;
 };
 
-TEST_F(PlatformTree, RemovalAndRebuildKeepANodeSelected) {
-    Fill(2, 3);
-    At("1.2").SetSelected(true);
-    const std::array<std::pair<const char*, const char*>, 4> steps{
-        {{"1.2", "1.3"}, {"1.3", "1.1"}, {"1.1", "1"}, {"1", "2"}}};
-    for (const auto& [removed, selected] : steps) {
-        pobjTree.Nodes().Remove(QString::fromLatin1(removed));
-        QApplication::processEvents();
-        EXPECT_EQ(Selected(), QLatin1StringView(selected));
-        EXPECT_EQ(View()->currentIndex().data().toString(), At(selected).Text());
-    }
-    At("2.3").SetSelected(true);
-    pobjTree.Nodes().Remove(u"2"_qs);
-    EXPECT_EQ(pobjTree.SelectedItem(), nullptr);
-    Press(Qt::Key_Down);
-    EXPECT_EQ(TakeLog(), "");
-}
-
-TEST_F(PlatformTree, CodeRaisesNoEvents) {
-    Fill(2, 3);
-    At("2").SetExpanded(false);
-    QApplication::processEvents();
-    At("1.1").SetChecked(true);
-    At("1").SetExpanded(false);
-    At("2.2").EnsureVisible();
-    At("1.2").SetSelected(true);
-    EXPECT_TRUE(At("2").Expanded() && At("2.2").Visible() && !At("1.2").Visible());
-    EXPECT_EQ(TakeLog(), "");
-}
-
-TEST_F(PlatformTree, ScrollsOnlyAsFarAsNeeded) {
-    Fill(10, 20);
-    pobjTree.Nodes().Item(210)->EnsureVisible();
-    At("5.5").EnsureVisible();
-    EXPECT_EQ(Top(), u"5.5");
-    At("5.9").EnsureVisible();
-    EXPECT_EQ(Top(), u"5.5");
-    EXPECT_TRUE(At("5.9").Visible() && !At("5.4").Visible());
-    At("5.9").SetSelected(true);
-    Fill(10, 20);
-    EXPECT_EQ(Top(), u"5.5");
-    pobjTree.Nodes().Add(u"wide"_qs, QString(200, u'w')).EnsureVisible();
-    QApplication::processEvents();
-    EXPECT_GT(View()->horizontalScrollBar()->maximum(), 500);
-}
-
 TEST_F(PlatformTree, MouseSelectsChecksAndOpens) {
     Fill(2, 2);
     At("2").SetSelected(true);
@@ -151,31 +102,6 @@ TEST_F(PlatformTree, MouseSelectsChecksAndOpens) {
     QObject::connect(&pobjTree, &TreeView::NodeClick, &pobjWindow, [this] { Fill(3, 5); });
     Click("2", Label);
     EXPECT_EQ(pobjTree.Nodes().Count(), 18);
-}
-
-TEST_F(PlatformTree, KeysMoveOpenAndCheck) {
-    Fill(2, 2);
-    At("1").SetSelected(true);
-    for (int key : {Qt::Key_Down, Qt::Key_Space, Qt::Key_Left, Qt::Key_Left, Qt::Key_Right,
-                    Qt::Key_Right, Qt::Key_End, Qt::Key_Home, Qt::Key_Minus, Qt::Key_Asterisk})
-        Press(key);
-    EXPECT_EQ(TakeLog(), "click 1.1, check 1.1, click 1, collapse 1, expand 1, click 1.1, click "
-                         "2.2, click 1, collapse 1, expand 1");
-    pobjTree.Nodes().Add(u"option"_qs, u"-o"_qs);
-    QTest::keyClicks(pobjTree.Widget(), u"chi"_qs);
-    EXPECT_EQ(TakeLog(), "click 1.1");
-    Press(Qt::Key_Minus);
-    EXPECT_EQ(Selected(), u"1.1");
-    At("2.1").SetSelected(true);
-    At("2").SetExpanded(false);
-    TakeLog();
-    Press(Qt::Key_Up);
-    EXPECT_EQ(TakeLog(), "click 1.2");
-    for (int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
-        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, u"\r"_qs);
-        QApplication::sendEvent(View(), &event);
-        EXPECT_FALSE(event.isAccepted());
-    }
 }
 
 TEST_F(PlatformTree, ScreenReadersFindNestedItemsAndActAsTheUser) {

@@ -18,7 +18,7 @@ public:
     size_t Tab = 0;
     std::array<size_t, 2> Positions = {0, 0};
     bool Exists = false, Changed = false, Editing = false, Movable = false;
-    QString Box, File, Caption, Log;
+    QString Box, File, Caption;
     std::map<QString, Trees> Disk;
 
     Lines& Tree() { return Document[Tab]; }
@@ -175,53 +175,6 @@ public:
         Changed = false;
         return true;
     }
-    QString Expanded(const QString& text, std::vector<size_t> busy = {}) const {
-        const qsizetype open = text.indexOf(u"${"_qs);
-        const qsizetype close = open < 0 ? -1 : text.indexOf(u'}', open);
-        if (close < 0)
-            return text;
-        const QString name = text.sliced(open + 2, close - open - 2);
-        const Lines& tree = Document[1];
-        size_t variable = 0;
-        while (variable < tree.size() &&
-               (tree[variable].Level > 0 || !tree[variable].On ||
-                tree[variable].Value.compare(name, Qt::CaseInsensitive) != 0))
-            ++variable;
-        size_t value = variable + 1;
-        while (value < tree.size() && tree[value].Level > 0 && !tree[value].On)
-            ++value;
-        QString result;
-        if (std::count(busy.begin(), busy.end(), variable) == 0 && value < tree.size() &&
-            tree[value].Level > 0) {
-            std::vector<size_t> inner = busy;
-            inner.push_back(variable);
-            result = Expanded(tree[value].Value, inner);
-        }
-        return text.first(open) + result + Expanded(text.sliced(close + 1), busy);
-    }
-    /// Runs a document none of whose programs exist.
-    void Run() {
-        QStringList frames;
-        const Lines& tree = Document[0];
-        for (size_t each = 0; each < tree.size(); each = End(tree, each)) {
-            QStringList words;
-            for (size_t item = each; item < End(tree, each); ++item) {
-                const int above = Above(tree, item);
-                if (!tree[item].On || (tree[item].Level == 2 && !tree[size_t(above)].On) ||
-                    (item > each && tree[item].Value.isEmpty()))
-                    continue;
-                const QString word = Expanded(tree[item].Value);
-                words += word.isEmpty() || word.contains(u' ') ? u'"' + word + u'"' : word;
-            }
-            if (tree[each].On)
-                frames += Frame(words.join(u' '), u"error: CreateProcess failed (2)"_qs);
-        }
-        if (!frames.isEmpty())
-            Log.clear();
-        else
-            frames += Frame(u"No compilers to run!"_qs, u"Please select some..."_qs);
-        Log += (Log.isEmpty() ? QString() : u"\r\n"_qs) + frames.join(u"\r\n"_qs);
-    }
 
 private:
     /// The place of the selected line among its siblings, from 0.
@@ -280,7 +233,6 @@ QString RandomActions::InventFileCommand() {
         if (goesOn && Plain.Disk.contains(file))
             Plain.Load(Plain.Disk[file], file);
     } else if (entry == u"R") {
-        Plain.Run();
     } else {
         const QString former = Plain.File;
         if (entry == u"A")
@@ -381,7 +333,6 @@ void RandomActions::ExpectAgreement() {
                            (Plain.Editing ? "OC" : "--"));
     EXPECT_EQ(Box()->text(), Plain.Box);
     EXPECT_EQ(Window().Caption(), Plain.Caption);
-    EXPECT_EQ(Log(), Plain.Log);
     EXPECT_EQ(Changed(), Plain.Changed);
 }
 

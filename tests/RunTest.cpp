@@ -8,7 +8,6 @@
 
 #include <cstring>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace rivenfall;
@@ -103,20 +102,6 @@ TEST_F(RunTest, ChangesDirectoryStepByStep) {
                          Frame(u"cd none"_qs, failure) + Break + Frame(u"cd "_qs, failure) + Break +
                          Frame(u"pwd"_qs, Success) + base + u"/a b/c\n"_qs);
     EXPECT_EQ(QDir::currentPath(), base + u"/a b/c"_qs);
-}
-
-TEST_F(RunTest, TellsThatThereIsNothingToRun) {
-    Open(Sketches("!true"));
-    Runner().Echo(u"before"_qs);
-    Runner().Echo(u"and"_qs, u"then"_qs);
-    const QString former = Log();
-    EXPECT_EQ(former.count(u'\n'), 3 + 1 + 4);
-    Program().Run();
-    EXPECT_EQ(Log(),
-              former + Break + Frame(u"No compilers to run!"_qs, u"Please select some..."_qs));
-    EXPECT_EQ(TheUser.Asked.join(u'/').toStdString(),
-              "No compilers to run!\r\nPlease select some...|16|"
-              "OMRA Rivenfall Compiler Controller 1.5.0");
 }
 
 TEST_F(RunTest, ASecondRunWaitsForTheFirst) {

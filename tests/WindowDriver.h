@@ -47,11 +47,12 @@ protected:
     QModelIndex Row(int position) { return Rows({})[position - 1]; }
 
     /// Does what the words of @p script tell, one after the other; "_" stands for a blank:
-    /// "click:3", "mark:3", "branch:3"  a click on the label, the check box or the expander of a
-    /// row "tab:2"                          a click on a tab "Ok", "Document:Ctrl+A"          a
-    /// click on what has this name, or a key while it has it "type:x"                         keys
-    /// for the value box "file:S", "help:I"               a menu and its entry by their letters
-    /// "yes", "no", "stay", "pick:a"    the user's next answer, and the next file, "pick:" for none
+    /// - "click:3", "mark:3", "branch:3": a click on a row's label, check box or expander
+    /// - "tab:2": a click on a tab
+    /// - "Ok", "Document:Ctrl+A": a click on what has this name, or a key while it has it
+    /// - "type:x": keys for the value box
+    /// - "file:S", "help:I": a menu and its entry by their letters
+    /// - "yes", "no", "stay", "pick:a": the user's next answer, and the next file, "pick:" for none
     void Act(const QString& script);
     void Act(const char* script) { Act(QString::fromUtf8(script)); }
 
@@ -73,8 +74,7 @@ protected:
     /// Acts, and then it must look as @p look tells.
     void Expect(const char* script, const std::string& look);
     /// Does that for each of @p cases, "SCRIPT => LOOK" or "SCRIPT | SCRIPT => LOOK" with line
-    /// breaks or ";" between them, always with a new document. Of a look that is an outline alone
-    /// the rest is not of interest, but that the document has changed.
+    /// breaks between them, always with a new document.
     void ExpectEach(const char* compilers, const char* variables, const char* start,
                     const char* cases);
     /// True if the file @p name holds exactly this document.

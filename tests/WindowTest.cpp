@@ -4,10 +4,8 @@
 
 #include <QAction>
 #include <QDragEnterEvent>
-#include <QLabel>
 #include <QMenu>
 #include <QMimeData>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
 #include <QToolButton>
@@ -46,45 +44,11 @@ void ExpectNoWindowIsLeft() {
     EXPECT_TRUE(QApplication::topLevelWidgets().empty());
 }
 
-TEST_F(WindowTest, LiesWhereItShould) {
+TEST_F(WindowTest, TreeAndTabsLieInFront) {
     frmMain& form = Window();
     QWidget* panel = form.picContent.Widget();
-    const struct {
-        const Control& Piece;
-        QWidget* On;
-        int Left, Top, Width, Height;
-    } places[] = {{form.tabContent, form.Client(), 120, 0, 8415, 5175},
-                  {form.picContent, form.Client(), 240, 360, 8175, 4695},
-                  {form.tvwContent, panel, 0, 0, 7860, 4215},
-                  {form.udnMove, panel, 7920, 0, 240, 4215},
-                  {form.cmdNew, panel, 0, 4320, 615, 255},
-                  {form.cmdRemove, panel, 720, 4320, 855, 255},
-                  {form.txtValue, panel, 1680, 4320, 5055, 285},
-                  {form.txtDescription, panel, 4800, 4320, 1935, 285},
-                  {form.cmdOK, panel, 6840, 4320, 495, 255},
-                  {form.cmdCancel, panel, 7440, 4320, 735, 255},
-                  {form.tvwContentFake, panel, 0, 0, 7860, 4215}};
-    for (const auto& [piece, on, left, top, width, height] : places) {
-        EXPECT_EQ(piece.Widget()->geometry(), QRect(left / 15, top / 15, width / 15, height / 15));
-        EXPECT_EQ(piece.Widget()->parentWidget(), on);
-    }
     EXPECT_EQ(form.Client()->size(), QSize(577, 353));
     EXPECT_EQ(form.Window()->minimumSize(), form.Window()->maximumSize());
-    EXPECT_FALSE(form.txtDescription.Visible() || form.txtDescription.Enabled());
-    EXPECT_FALSE(form.tvwContentFake.Visible());
-
-    QStringList captions = {Tabs()->tabText(0), Tabs()->tabText(1)};
-    for (const QAction* menu : form.Window()->menuBar()->actions()) {
-        captions += menu->text();
-        for (const QAction* entry : menu->menu()->actions())
-            captions +=
-                entry->isSeparator() ? u"-"_qs : entry->text() + entry->shortcut().toString();
-    }
-    for (const QPushButton* button : panel->findChildren<QPushButton*>())
-        captions += button->text();
-    EXPECT_EQ(Joined(captions), "Compilers;Variables;&File;&New;O&pen;&Save;Save &as;-;&Run;"
-                                "Show &output;-;E&xit;&Help;&InfoF1;&New;&Remove;Ok;Cancel;");
-
     Open("a,b", "X", "New");
     EXPECT_TRUE(form.tvwContent.Widget()->isAncestorOf(panel->childAt(20, 20)));
     EXPECT_TRUE(panel->isAncestorOf(form.Client()->childAt(300, 320)));
@@ -120,24 +84,6 @@ TEST_F(WindowTest, IsInertBeforeTheFirstDocument) {
     EXPECT_EQ(Look() + Log().toStdString(), " ------ none ");
 }
 
-TEST_F(WindowTest, SelectionSetsTheControls) {
-    Open("a(p(v,w),r(~)),b(q(x))");
-    std::string seen;
-    for (int position = 1; position <= 9; ++position) {
-        Act(u"click:%1"_qs.arg(position));
-        seen += Look().substr(Shown().size() + 1) + ' ';
-    }
-    EXPECT_EQ(seen, "NRMV-- a NRMV-- p NRMV-- v NRMV-- w NRMV-- r N--V--  "
-                    "NRMV-- b N--V-- q N--V-- x ");
-    Expect("Document:Home Document:Down Document:r", "a(p(v,w),*r(~)),b(q(x)) NRMV-- r");
-    Expect("file:N", "*~(~(${FILE1})) N-MV-- ");
-    EXPECT_EQ(Window().Window()->focusWidget(), Box());
-    Expect("click:1", "*~(~(${FILE1})) N--V-- ");
-    Open("a(p(v))");
-    Expect("", "*a(p(v)) N-MV-- a");
-    Expect("Move_up", "*a(p(v)) N--V-- a changed");
-}
-
 TEST_F(WindowTest, EachEventTakesAnEditWhereItShould) {
     ExpectEach("za(p(v,w)),zb(q(x))", "FILE1(~)", "type:+", R"(
         | tab:1 | file:P | file:S | pick:b.tvq file:A | file:R => *za(p(v,w)),zb(q(x)) NRMVOC za+
@@ -165,30 +111,6 @@ TEST_F(WindowTest, EachEventTakesAnEditWhereItShould) {
     Expect("Value:Enter Value:Esc Document:Return Document:Esc Ok Cancel", "*a,b NRMV-- a");
 }
 
-TEST_F(WindowTest, InfoShowsTheProgram) {
-    std::string shown;
-    const auto read = [&] {
-        QWidget* box = QApplication::activeModalWidget();
-        QStringList texts = {box->windowTitle()};
-        bool picture = false;
-        for (const QLabel* label : box->findChildren<QLabel*>()) {
-            picture = picture || !label->pixmap().isNull();
-            texts += label->text();
-        }
-        EXPECT_TRUE(picture);
-        shown = texts.join(u'|').toStdString();
-        QTest::keyClick(box, Qt::Key_Escape);
-    };
-    Open("a,b");
-    for (const char* way : {"Value:F1", "Document:F1", "New:F1", "help:I"}) {
-        Later(read);
-        Act(way);
-        EXPECT_EQ(std::exchange(shown, {}),
-                  Title + "|" + Title + "||This is a compiler controller,|" +
-                      "i.e. it controlls compiler invocation and parameters.|");
-    }
-}
-
 TEST_F(WindowTest, ArrowKeysInTheBoxWalkTheTree) {
     Open("a(p(v)),b", "X", "branch:1 Value:Home Value:Up");
     EXPECT_EQ(Box()->cursorPosition(), 0);
@@ -206,70 +128,12 @@ TEST_F(WindowTest, ArrowKeysInTheBoxWalkTheTree) {
     EXPECT_EQ(Window().txtValue.SelText(), u"v");
 }
 
-TEST_F(WindowTest, NewRemoveAndMoveTakeSiblings) {
-    const char* const variables = "X(1,!2),Y(3)";
-    ExpectEach("a(p(v,!w)),b(q)", variables, "", R"(
-        click:1 New => a(p(v,!w)),*a(~(${FILE1})),b(q) ; click:2 New => a(p(v,!w),*p(~)),b(q)
-        click:5 New => a(p(v,!w)),b(q),*b(~(${FILE1})) ; click:3 New => a(p(!v,*v,!w)),b(q)
-        click:4 New => a(p(!v,!w,*w)),b(q)             ; click:4 Move_up => a(p(*!w,v)),b(q)
-        tab:2 click:1 New => X(1,!2),*X(~),Y(3) ; tab:2 click:2 New => X(!1,*1,!2),Y(3)
-        tab:2 click:5 New => X(1,!2),Y(!3,*3)   ; tab:2 click:1 Move:Down => Y(3),*X(1,!2))");
-    ExpectEach("a(p(v,w,x),q),b,c", variables, "", R"(
-        click:3 Remove => a(p(*w,x),q),b,c ; click:4 Remove => a(p(*v,x),q),b,c
-        click:5 Remove => a(p(*v,w),q),b,c ; click:2 Remove => *a(q),b,c
-        click:6 Remove => *a(p(v,w,x)),b,c ; click:1 Remove => *b,c
-        click:7 Remove => *a(p(v,w,x),q),c ; click:8 Remove => *a(p(v,w,x),q),b
-        tab:2 click:1 Remove => *Y(3)      ; tab:2 click:2 Remove => *X(!2),Y(3)
-        click:1 Move_up => b,c,*a(p(v,w,x),q) ; click:1 Move_up Move_down => *a(p(v,w,x),q),b,c
-        click:8 Move_down => *c,a(p(v,w,x),q),b ; click:2 Move_down => a(q,*p(v,w,x)),b,c)");
-    Open("a(p(v))");
-    Expect("click:2 Remove Value:Alt+R click:3 Move_up", "a(p(*v)) N--V-- v");
-
+TEST_F(WindowTest, AHeldButtonMovesOnAndOn) {
     Open("a,b,c,d,e,f,g");
     QWidget* down = Window().udnMove.Widget()->findChildren<QToolButton*>().at(1);
     QTest::mousePress(down, Qt::LeftButton);
     EXPECT_TRUE(WaitFor([&] { return Program().Compilers()->Item(4)->Value() == u"a"; }));
     QTest::mouseRelease(down, Qt::LeftButton);
-}
-
-TEST_F(WindowTest, CheckBoxesFollowTheRuleOfAlternatives) {
-    const char* const variables = "X(1,2,!3)";
-    ExpectEach("a(p(v,!w,!x)),!b", variables, "", R"(
-        mark:4 => *a(p(!v,w,!x)),!b  ; mark:3 => *a(p(!v,!w,!x)),!b
-        mark:2 => *a(!p(v,!w,!x)),!b ; mark:6 => *a(p(v,!w,!x)),b
-        mark:1 | Document:Space => *!a(p(v,!w,!x)),!b)");
-    ExpectEach("a", variables, "tab:2",
-               "mark:4 => *X(!1,!2,3) ; mark:2 => *X(!1,2,!3) ; mark:1 => *!X(1,2,!3)");
-    const Node* node = Window().tvwContent.Nodes().Item(3);
-    Expect("mark:4", "*!X(!1,!2,3) N--V-- X changed");
-    EXPECT_EQ(node, Window().tvwContent.Nodes().Item(3)) << "the tree was rebuilt";
-}
-
-TEST_F(WindowTest, BranchesRememberTheirState) {
-    Open("a(p(v,w)),b(q(x))", "X", "click:5 branch:2");
-    Expect("", "a(p[v,w]),*b(q(x)) NRMV-- b");
-    Act("type:+ Value:Enter tab:2 tab:1");
-    EXPECT_EQ(Shown(), "a(p[v,w]),*b+(q(x))");
-    Act("branch:2 click:3 Document:Left Document:Left branch:5");
-    EXPECT_EQ(Shown(), "a(*p[v,w]),b+[q(x)]");
-    // A rebuild opens what hides the selected and the last open node on the screen only.
-    Act("Value:Down type:1 Value:Enter");
-    EXPECT_EQ(Shown(), "a(p(*v1,w)),b+(q(x))");
-    Act("type:2 Value:Enter");
-    EXPECT_EQ(Shown(), "a(p(*v12,w)),b+(q(x))");
-    EXPECT_EQ(Stored(1), "a(p[v12,w]),b+[q(x)]");
-}
-
-TEST_F(WindowTest, EachTabKeepsItsPosition) {
-    Open("a(p(v)),b", "X(1),Y(2,3)", "click:3 tab:2");
-    Expect("", "*X(1),Y(2,3) NRMV-- X");
-    Expect("click:5 type:+ tab:1", "a(p(*v)),b N--V-- v");
-    Expect("tab:2", "X(1),Y(2,*3) NRMV-- 3");
-    Open("c(o(u))", "Z(4)");
-    Expect("", "*c(o(u)) N-MV-- c");
-    Expect("tab:2", "*Z(4) N--V-- Z");
-    Expect("file:N", "*~(~(${FILE1})) N-MV-- ");
-    EXPECT_EQ(Stored(2), "FILE1(~)");
 }
 
 TEST_F(WindowTest, DropsAreTypedAtTheSelection) {
@@ -359,60 +223,6 @@ TEST_F(WindowTest, AsksBeforeADocumentIsGivenUp) {
     ExpectNoWindowIsLeft();
 }
 
-TEST_F(WindowTest, CaptionFollowsTheFile) {
-    const std::pair<const char*, std::string> steps[] = {
-        {"", "document.tvq"},
-        {"file:N", "New File"},
-        {"file:A", "New File"},
-        {"pick:one.tvq file:S", "New File"},
-        {"type:c Value:Enter", "one.tvq"},
-        {"file:S", "one.tvq"},
-        {"pick:two.tvq file:A", "two.tvq"},
-        {"New file:A", "two.tvq"},
-    };
-    Open("a,b");
-    for (const auto& [script, name] : steps) {
-        Act(script);
-        EXPECT_EQ(Caption(), name + " - " + Title) << script;
-    }
-    EXPECT_EQ(Joined(TheUser.Asked + TheUser.Dialogs),
-              SaveDialog + SaveDialog + SaveDialog + SaveDialog);
-    EXPECT_TRUE(Changed());
-    Act("file:S");
-    EXPECT_FALSE(Changed());
-    EXPECT_TRUE(Holds(u"one.tvq"_qs, "c(~(${FILE1}))", "FILE1(~)"));
-    EXPECT_TRUE(Holds(u"two.tvq"_qs, "c(~(${FILE1})),c(~(${FILE1}))", "FILE1(~)"));
-}
-
-TEST_F(WindowTest, FailedFilesLeaveEverythingAsItWas) {
-    PropertyBag foreign;
-    foreign.WriteProperty("_FileFormatIdentification", u"TAVQEF#0004"_qs);
-    const QByteArray whole = DocumentImage(Sketches("z"), Sketches("Z"));
-    for (const QByteArray& bytes : {QByteArray(), QByteArray("no document"), foreign.Contents(),
-                                    whole.chopped(1), whole.mid(1)}) {
-        const QString other = StoreBytes(Path(u"other.tvq"_qs), bytes);
-        Open("a(p(v)),b", "X(1)", "tab:2 New type:+");
-        const std::string before = Look() + Caption();
-        Act("no pick:other.tvq file:P");
-        ASSERT_EQ(TheUser.Asked.size(), 2);
-        EXPECT_TRUE(TheUser.Asked[1].contains(other));
-        EXPECT_TRUE(TheUser.Asked[1].endsWith(u"|48|"_qs + QString::fromStdString(Title)));
-        EXPECT_EQ(Look() + Caption(), before);
-        Act("file:S");
-        EXPECT_TRUE(Holds(u"document.tvq"_qs, "a(p(v)),b", "X(1),X(~)"));
-        EXPECT_EQ(BytesOf(other), bytes);
-    }
-    Act("New");
-    for (const char* script : {"no pick:nowhere/x.tvq file:P", "pick:nowhere/x.tvq file:A"}) {
-        Act(script);
-        EXPECT_TRUE(TheUser.Asked.last().contains(u"nowhere/x.tvq"));
-        EXPECT_EQ(Caption(), "document.tvq - " + Title);
-        EXPECT_TRUE(Changed());
-    }
-    Act("file:S");
-    EXPECT_TRUE(Holds(u"document.tvq"_qs, "a(p(v)),b", "X(1),X(~),X(~)"));
-}
-
 TEST_F(WindowTest, OldVersionsHaveTheirCompilersOnly) {
     PropertyBag content, second;
     content.WriteProperty("Compilers", CollectionImage(Sketches("c(o(u))"), 2));
@@ -476,17 +286,6 @@ TEST_F(WindowTest, EverythingAnswersDuringARun) {
     EXPECT_TRUE(OutputWindow()->isVisible());
     EXPECT_EQ(Log(),
               Frame(u"sleep 1"_qs, u"success"_qs) + u"\r\n"_qs + Frame(u"zz 1"_qs, NotFound));
-}
-
-TEST_F(WindowTest, ASecondRunFindsTheFirstStillRunning) {
-    Open("sleep(1),zz(1)");
-    Later([this] { Act("file:R"); });
-    Act("file:R");
-    EXPECT_EQ(Joined(TheUser.Asked), "Still running!|48|" + Title + ";");
-    EXPECT_TRUE(Log()
-                    .section(u"\r\n"_qs, 1, 2)
-                    .startsWith(u"# | sleep 1\r\n# | [error: CreateProcess failed ("));
-    EXPECT_EQ(Log().count(u"# | zz 1\r\n"), 2);
 }
 
 /// Quitting in the middle of a run.
