@@ -18,6 +18,9 @@ constexpr QLatin1StringView FirstVersion("TAVQEF#0001");
 constexpr QLatin1StringView SecondVersion("TAVQEF#0002");
 constexpr QLatin1StringView ThirdVersion("TAVQEF#0003");
 
+/// More bytes than twenty million nodes take: no document, and too much to take in to be sure.
+constexpr qint64 LargestFile = 1LL << 30;
+
 /// The bits of an image's first byte that tell a map.
 constexpr char MapMask = '\xE0';
 constexpr char MapHead = '\xA0';
@@ -34,6 +37,9 @@ QByteArray ReadBytes(const QString& fileName) {
     }
     if (!file.open(QIODevice::ReadOnly)) {
         throw PropertyBagError{file.errorString()};
+    }
+    if (file.size() > LargestFile) {
+        throw PropertyBagError{QStringLiteral("it is larger than any document")};
     }
     char first = 0;
     if (file.peek(&first, 1) == 1 && (first & MapMask) != MapHead) {
