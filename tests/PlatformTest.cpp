@@ -176,6 +176,8 @@ TEST(PropertyBagTest, FindsNamesInAnyOrder) {
     EXPECT_EQ(read.ReadProperty("Item301", 5), QVariant(6));
     EXPECT_EQ(read.ReadProperty("Item302", 5), QVariant(5));
     EXPECT_EQ(read.Contents().size(), bag.Contents().size() + 9);
+    read.WriteProperty("Item7", 0);
+    EXPECT_EQ(read.ReadProperty("Item7"), QVariant(7));
 }
 
 TEST(PropertyBagTest, RefusesWhatIsNoImage) {

@@ -105,6 +105,8 @@ TEST_F(WindowTest, EachEventTakesAnEditWhereItShould) {
         mark:3 => *za(p(!v,w)),zb(q(x)) NRMVOC za+ changed
         Document:Space => *!za(p(v,w)),zb(q(x)) NRMVOC za+ changed)");
     EXPECT_EQ(Log(), Frame(u"za p v w"_qs, NotFound) + u"\r\n"_qs + Frame(u"zb q x"_qs, NotFound));
+    Open(std::string(40000, 'v').c_str());
+    EXPECT_EQ(Box()->text().size(), 40000);
     Open("za", "X", "type:+ file:S");
     EXPECT_TRUE(Holds(u"document.tvq"_qs, "za", "X"));
     Open("a,b");

@@ -4,6 +4,7 @@
 #include "data/DataNode.h"
 #include "platform/MessageBox.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace rivenfall {

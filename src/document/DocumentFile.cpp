@@ -17,6 +17,7 @@ constexpr QLatin1StringView Description("OMRA Rivenfall Compiler Controller File
 constexpr QLatin1StringView FirstVersion("TAVQEF#0001");
 constexpr QLatin1StringView SecondVersion("TAVQEF#0002");
 constexpr QLatin1StringView ThirdVersion("TAVQEF#0003");
+constexpr QLatin1StringView OutOfMemory("it takes more memory than there is");
 
 /// More bytes than twenty million nodes take: no document, and too much to take in to be sure.
 constexpr qint64 LargestFile = 1LL << 30;
@@ -122,7 +123,7 @@ QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
     } catch (const PropertyBagError& error) {
         reason = error.Reason;
     } catch (const std::bad_alloc&) {
-        reason = QStringLiteral("it takes more memory than there is");
+        reason = QString(OutOfMemory);
     }
     return Sentence(QStringLiteral("opened"), fileName, reason);
 }
@@ -130,11 +131,17 @@ QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
 QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
                           const DataNodes& variables) {
     QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-        WriteWhole(file, ImageOf(compilers, variables)) && file.commit()) {
-        return {};
+    QString reason;
+    try {
+        if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+            WriteWhole(file, ImageOf(compilers, variables)) && file.commit()) {
+            return {};
+        }
+        reason = file.errorString();
+    } catch (const std::bad_alloc&) {
+        reason = QString(OutOfMemory);
     }
-    return Sentence(QStringLiteral("saved"), fileName, file.errorString());
+    return Sentence(QStringLiteral("saved"), fileName, reason);
 }
 
 } // namespace rivenfall

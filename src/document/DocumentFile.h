@@ -8,6 +8,7 @@ namespace rivenfall {
 
 /// What one document file holds.
 struct DocumentContent {
+    /// Two empty roots, without variables from a file.
     DocumentContent();
 
     /// The file keeps its variables; older ones have none.

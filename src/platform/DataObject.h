@@ -23,8 +23,10 @@ enum DropEffect {
 /// The files of a drag, numbered from 1.
 class DataObjectFileList {
 public:
+    /// The files at the full paths @p paths.
     explicit DataObjectFileList(QStringList paths);
 
+    /// The number of files.
     int Count() const;
 
     /// The full path of the file at @p Index, 1 to Count.

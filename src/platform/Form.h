@@ -60,6 +60,8 @@ public:
 
     /// Shows the form, not modal. A minimised one comes back.
     void Show();
+
+    /// Takes the form off the screen; its objects stay.
     void Hide();
 
     /// Brings the form to the front of the window order. @p position is 0, the front; no other
@@ -72,6 +74,8 @@ public:
 
     /// The container of the form's own controls and menus. Owned by the form.
     QWidget* Client() const;
+
+    /// The window behind the form, for the platform's own code and for tests. Owned by the form.
     QMainWindow* Window() const;
 
 Q_SIGNALS:

@@ -24,6 +24,7 @@ enum TreeRelationship {
 /// looks.
 class Nodes {
 public:
+    /// No nodes, to be shown by @p rows, which owns them.
     explicit Nodes(TreeRows& rows);
     Nodes(const Nodes&) = delete;
     Nodes& operator=(const Nodes&) = delete;

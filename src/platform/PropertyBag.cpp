@@ -298,7 +298,8 @@ const PropertyBag::Entry* PropertyBag::Find(QByteArrayView name) const {
 }
 
 const PropertyBag::Entry* PropertyBag::FindInIndex(QByteArrayView name) const {
-    if (IndexedNames.size() != Entries.size()) {
+    if (IndexedEntries != Entries.size()) {
+        IndexedEntries = Entries.size();
         IndexedNames.clear();
         IndexedNames.reserve(Entries.size());
         for (qsizetype position = Entries.size() - 1; position >= 0; --position) {

@@ -75,6 +75,8 @@ private:
     /// The entry behind the one found last: names are mostly asked for in their order.
     mutable qsizetype NextEntry = 0;
     mutable QHash<QByteArray, qsizetype> IndexedNames;
+    /// How many entries the index knows; a name that stands twice counts twice.
+    mutable qsizetype IndexedEntries = 0;
 };
 
 } // namespace rivenfall

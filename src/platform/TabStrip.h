@@ -9,6 +9,7 @@ class TabStrip;
 /// One tab of a strip; a value that speaks of the tab at its position.
 class Tab {
 public:
+    /// The tab at the position @p index, counted from 1.
     explicit Tab(int index) : plngIndex(index) {}
 
     /// The tab's position from 1.
@@ -27,6 +28,7 @@ public:
     /// Takes all tabs away. None is selected then.
     void Clear();
 
+    /// The number of tabs.
     int Count() const;
 
     /// The caption of the tab at @p index, 1 to Count.
@@ -47,6 +49,7 @@ public:
     /// Makes the strip in @p container, which shares its ownership as Control tells.
     explicit TabStrip(QWidget* container);
 
+    /// The tabs of the strip. Owned by it.
     rivenfall::Tabs& Tabs();
 
     /// The selected tab; its Index is 0 while the strip is empty.

@@ -11,6 +11,8 @@
 #include <QMimeData>
 #include <QRegularExpression>
 
+#include <limits>
+
 namespace rivenfall {
 
 namespace {
@@ -49,7 +51,11 @@ int EffectOf(Qt::DropActions actions) {
 /// The widget behind a TextBox: hands keys and drags to the control before it acts on them.
 class ValueLine : public QLineEdit {
 public:
-    ValueLine(QWidget* parent) : QLineEdit(parent) { setDragEnabled(true); }
+    explicit ValueLine(QWidget* parent) : QLineEdit(parent) {
+        setDragEnabled(true);
+        // Qt's own limit would cut a long value, and Ok would store what is left of it.
+        setMaxLength(std::numeric_limits<int>::max());
+    }
 
     void SetOwner(TextBox* owner) { Owner = owner; }
 

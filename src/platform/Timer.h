@@ -10,6 +10,7 @@ class Timer : public QObject {
     Q_OBJECT
 
 public:
+    /// A clock that is switched off and has no interval.
     Timer();
 
     /// True while the clock is switched on. It ticks while it is on and has an interval.

@@ -21,6 +21,7 @@ public:
     static void AnnounceCheck(TreeRows& rows, const Node& node);
     static void AnnounceBranch(TreeRows& rows, const Node& node);
 
+    /// Speaks for @p rows, which must outlive it.
     explicit TreeAccessibility(TreeRows& rows);
     ~TreeAccessibility() override;
 
@@ -31,6 +32,7 @@ public:
     void Forget(const Node& node);
     void ForgetAll();
 
+    /// The tree that it speaks for; null once that is gone.
     TreeRows* Rows() const;
 
     int childCount() const override;

@@ -25,6 +25,7 @@ public:
     /// Tells the views that a node's own content changed.
     void NodeChanged(const Node& node);
 
+    /// The index of @p node, which is one of this model's.
     QModelIndex IndexOf(const Node& node) const;
 
     /// The node at an index of a TreeModel, or null for an index that is not valid.

@@ -24,9 +24,11 @@ class TreeRows : public QTreeView {
     Q_OBJECT
 
 public:
+    /// An empty tree in @p container, which owns it.
     explicit TreeRows(QWidget* container);
     ~TreeRows() override;
 
+    /// The nodes, and the model that shows them to Qt's view. Owned by the tree.
     Nodes& Content() { return *pobjNodes; }
     const TreeModel& Model() const { return *pobjModel; }
 

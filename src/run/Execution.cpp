@@ -25,11 +25,12 @@ constexpr qsizetype FrameDashes = 53;
 /// one. A decoder with a state of its own would drop the byte behind a part that stays one.
 qsizetype UnfinishedLength(const QByteArray& bytes) {
     constexpr int continuation = 1;
+    constexpr int longest = 4;
     for (qsizetype length = 1; length <= std::min<qsizetype>(bytes.size(), 3); ++length) {
         const auto byte = static_cast<quint8>(bytes[bytes.size() - length]);
         const int size = std::countl_one(byte);
         if (size != continuation) {
-            return size > length ? length : 0;
+            return size > length && size <= longest ? length : 0;
         }
     }
     return 0;

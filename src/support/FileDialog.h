@@ -13,8 +13,10 @@ public:
     /// True if the user left the latest dialog without choosing.
     bool Cancelled() const { return pblnCancelled; }
 
-    /// Without a meaning on this platform, like DialogFlag2, 4, 5 and 7.
+    /// Without a meaning on this platform.
     void SetDialogFlag1(bool) {}
+
+    /// Without a meaning on this platform.
     void SetDialogFlag2(bool) {}
 
     /// The extension, with its point, that a name chosen without one gets.
@@ -32,16 +34,19 @@ public:
     /// Which files are listed: a description, a vertical bar and a file pattern.
     void SetDialogFilter(const QString& filter) { pstrFilter = filter; }
 
+    /// Without a meaning on this platform.
     void SetDialogFlag4(bool) {}
 
     /// The folder that the next dialog starts in; empty leaves it to the platform.
     void SetInitialDirectory(const QString& directory) { pstrInitialDirectory = directory; }
 
+    /// Without a meaning on this platform.
     void SetDialogFlag5(bool) {}
 
     /// True asks the user before a file that exists is chosen.
     void SetDialogFlag6(bool flag) { pblnAskBeforeOverwriting = flag; }
 
+    /// Without a meaning on this platform.
     void SetDialogFlag7(bool) {}
 
     /// Lets the user choose a file to open. Returns when the dialog is closed.
