@@ -8,30 +8,29 @@
 
 namespace rivenfall {
 
+namespace {
+
+void Configure(FileDialog& dialog, const QString& purpose, bool opening) {
+    dialog.SetDefaultExtension(QStringLiteral(".tvq"));
+    dialog.SetDialogTitle(purpose + ProgramTitle());
+    dialog.SetDialogFlag3(opening);
+    dialog.SetDialogFilter(QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
+    dialog.SetDialogFlag4(true);
+    dialog.SetDialogFlag5(false);
+    dialog.SetDialogFlag6(!opening);
+    dialog.SetDialogFlag7(opening);
+}
+
+} // namespace
+
 bool Application::AskOpenFileName() {
-    pobjFileDialog->SetDefaultExtension(QStringLiteral(".tvq"));
-    pobjFileDialog->SetDialogTitle(QStringLiteral("Open File - ") + ProgramTitle());
-    pobjFileDialog->SetDialogFlag3(true);
-    pobjFileDialog->SetDialogFilter(
-        QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
-    pobjFileDialog->SetDialogFlag4(true);
-    pobjFileDialog->SetDialogFlag5(false);
-    pobjFileDialog->SetDialogFlag6(false);
-    pobjFileDialog->SetDialogFlag7(true);
+    Configure(*pobjFileDialog, QStringLiteral("Open File - "), true);
     pobjFileDialog->ShowOpen();
     return TakeChosenFileName();
 }
 
 bool Application::AskSaveFileName() {
-    pobjFileDialog->SetDefaultExtension(QStringLiteral(".tvq"));
-    pobjFileDialog->SetDialogTitle(QStringLiteral("FileSave File As - ") + ProgramTitle());
-    pobjFileDialog->SetDialogFlag3(false);
-    pobjFileDialog->SetDialogFilter(
-        QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
-    pobjFileDialog->SetDialogFlag4(true);
-    pobjFileDialog->SetDialogFlag5(false);
-    pobjFileDialog->SetDialogFlag6(true);
-    pobjFileDialog->SetDialogFlag7(false);
+    Configure(*pobjFileDialog, QStringLiteral("FileSave File As - "), false);
     pobjFileDialog->ShowSave();
     return TakeChosenFileName();
 }
