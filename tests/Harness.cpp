@@ -121,6 +121,9 @@ bool WaitFor(const std::function<bool()>& condition, int milliseconds) {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    // A folder in the tester's own that may not be read would turn "no such program" into "no
+    // permission".
+    qputenv("PATH", "/usr/local/bin:/usr/bin:/bin");
     rivenfall::App app(argc, argv, rivenfall::Screen::None);
     return RUN_ALL_TESTS();
 }
