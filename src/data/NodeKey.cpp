@@ -3,11 +3,28 @@
 #include "data/DataNode.h"
 #include "data/DataNodes.h"
 
+#include <array>
+#include <charconv>
+#include <utility>
+
 namespace rivenfall {
 
+namespace {
+
+/// A letter and the longest number, with its sign.
+constexpr size_t LongestPart = 12;
+
+} // namespace
+
 QString MakeNodeKey(int first, int second, int third) {
-    return u'c' + QString::number(first) + u'p' + QString::number(second) + u'v' +
-           QString::number(third);
+    // A rebuild of the tree makes one for every node, so without a text for each of its parts.
+    std::array<char, 3 * LongestPart> key;
+    char* end = key.data();
+    for (const auto& [letter, number] : {std::pair('c', first), {'p', second}, {'v', third}}) {
+        *end++ = letter;
+        end = std::to_chars(end, key.data() + key.size(), number).ptr;
+    }
+    return QString::fromLatin1(key.data(), end - key.data());
 }
 
 int NodeKeyCompiler(const QString& key) {
