@@ -23,10 +23,6 @@ Menu::Menu(Menu& parent, const QString& caption, const QString& shortcut)
     connect(pobjAction, &QAction::triggered, this, &Menu::Click);
 }
 
-QString Menu::Caption() const {
-    return pobjAction->text();
-}
-
 bool Menu::Enabled() const {
     return pobjAction->isEnabled();
 }

@@ -22,9 +22,6 @@ public:
     /// caption "-", else a command, with @p shortcut ("F1") if it isn't empty.
     Menu(Menu& parent, const QString& caption, const QString& shortcut = {});
 
-    /// The entry's text, with its ampersand.
-    QString Caption() const;
-
     /// True while the entry can be chosen.
     bool Enabled() const;
     void SetEnabled(bool enabled);

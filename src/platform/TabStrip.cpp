@@ -25,14 +25,6 @@ void Tabs::Clear() {
     }
 }
 
-int Tabs::Count() const {
-    return WidgetOf(pobjStrip)->count();
-}
-
-QString Tabs::Caption(int index) const {
-    return WidgetOf(pobjStrip)->tabText(index - 1);
-}
-
 TabStrip::TabStrip(QWidget* container) : Control(new QTabWidget(container)), pobjTabs(*this) {
     connect(WidgetOf(*this), &QTabWidget::currentChanged, this, [this](int position) {
         if (position >= 0) {
@@ -47,10 +39,6 @@ rivenfall::Tabs& TabStrip::Tabs() {
 
 Tab TabStrip::SelectedItem() const {
     return Tab(WidgetOf(*this)->currentIndex() + 1);
-}
-
-void TabStrip::Select(int index) {
-    WidgetOf(*this)->setCurrentIndex(index - 1);
 }
 
 } // namespace rivenfall

@@ -28,12 +28,6 @@ public:
     /// Takes all tabs away. None is selected then.
     void Clear();
 
-    /// The number of tabs.
-    int Count() const;
-
-    /// The caption of the tab at @p index, 1 to Count.
-    QString Caption(int index) const;
-
 private:
     friend class TabStrip;
     explicit Tabs(TabStrip& strip) : pobjStrip(strip) {}
@@ -54,9 +48,6 @@ public:
 
     /// The selected tab; its Index is 0 while the strip is empty.
     Tab SelectedItem() const;
-
-    /// Selects the tab at @p index, 1 to the number of tabs.
-    void Select(int index);
 
 Q_SIGNALS:
     /// Another tab has become the selected one, by the user or by code, also the first tab of a

@@ -127,11 +127,6 @@ void TextBox::SetText(const QString& text) {
     LineOf(*this)->setText(text);
 }
 
-int TextBox::SelStart() const {
-    const ValueLine* line = LineOf(*this);
-    return line->hasSelectedText() ? line->selectionStart() : line->cursorPosition();
-}
-
 QString TextBox::SelText() const {
     return LineOf(*this)->selectedText();
 }

@@ -30,9 +30,6 @@ public:
     QString Text() const;
     void SetText(const QString& text);
 
-    /// The number of characters in front of the caret or the selection.
-    int SelStart() const;
-
     /// The selected text. Writing replaces it, or inserts at the caret if nothing is selected;
     /// what is written ends at its first line break, as the box holds one line.
     QString SelText() const;
