@@ -1,6 +1,6 @@
 #include "Bench.h"
 
-#include "platform/MultiLineTextBox.h"
+#include "controls/MultiLineTextBox.h"
 #include "run/Execution.h"
 
 #include <QElapsedTimer>

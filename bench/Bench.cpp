@@ -2,9 +2,9 @@
 
 #include "Sample.h"
 #include "app/modMain.h"
+#include "controls/App.h"
 #include "document/DocumentFile.h"
-#include "platform/App.h"
-#include "platform/MessageBox.h"
+#include "system/MessageBox.h"
 
 #include <QCoreApplication>
 
@@ -16,12 +16,12 @@
 namespace rivenfall {
 
 RunningProgram::RunningProgram() {
-    SetMessageBoxResponder([](const QString& text, int style, const QString&) {
-        if (style != MessageBoxYesNoCancel) {
+    SetMessageBoxHandler([](const QString& text, MessageBoxStyle style, const QString&) {
+        if (style != MessageBoxStyle::YesNoCancel) {
             std::fprintf(stderr, "Unexpected message: %s\n", qUtf8Printable(text));
             std::exit(EXIT_FAILURE);
         }
-        return int(MessageBoxNo);
+        return MessageBoxAnswer::No;
     });
     SetGlobalApplication(std::make_shared<Application>());
     Settle();
@@ -30,7 +30,7 @@ RunningProgram::RunningProgram() {
 RunningProgram::~RunningProgram() {
     SetGlobalApplication(nullptr);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    SetMessageBoxResponder({});
+    SetMessageBoxHandler({});
 }
 
 Application* RunningProgram::operator->() const {
@@ -82,7 +82,8 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return EXIT_FAILURE;
     }
-    rivenfall::App app(argc, argv, rivenfall::Screen::None);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    rivenfall::App app(argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return EXIT_SUCCESS;
 }

@@ -1,8 +1,8 @@
 #include "Bench.h"
 
-#include "platform/EventLoop.h"
-#include "platform/Process.h"
 #include "run/Execution.h"
+#include "system/EventLoop.h"
+#include "system/Process.h"
 
 #include <QElapsedTimer>
 

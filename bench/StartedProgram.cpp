@@ -1,6 +1,6 @@
 #include "StartedProgram.h"
 
-#include "platform/CommandLine.h"
+#include "system/CommandLine.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Process.h"
+#include "system/Process.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #include "Bench.h"
 
-#include "platform/EventLoop.h"
 #include "run/Execution.h"
+#include "system/EventLoop.h"
 
 #include <QElapsedTimer>
 #include <QTimer>

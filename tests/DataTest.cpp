@@ -1,6 +1,8 @@
-#include "WindowDriver.h"
+#include "CoreHarness.h"
 
+#include "data/DataNode.h"
 #include "document/DocumentFile.h"
+#include "system/MessageBox.h"
 
 using namespace rivenfall;
 
@@ -72,7 +74,12 @@ TEST_F(DataTest, DeletesASubtreeFromTheBottomUp) {
 }
 
 TEST_F(DataTest, MovesANodeToAPosition) {
-    User user;
+    QStringList asked;
+    const MessageBoxHandler former =
+        SetMessageBoxHandler([&](const QString& text, MessageBoxStyle style, const QString& title) {
+            asked += u"%1|%2|%3"_qs.arg(text).arg(static_cast<int>(style)).arg(title);
+            return MessageBoxAnswer::Ok;
+        });
     Grow(Root, Sketches("a,b,c"));
     TakeEvents();
     Root.Item(1)->Move(3);
@@ -84,9 +91,10 @@ TEST_F(DataTest, MovesANodeToAPosition) {
     Root.Item(2)->Move(0);
     Root.Item(2)->Move(4);
     EXPECT_EQ(OrderOf(Root) + TakeEvents(), "abc");
-    EXPECT_EQ(user.Asked.size(), 2);
-    EXPECT_EQ(user.Asked.front().toStdString(), "DestinationIndex out of range|48|"
-                                                "OMRA Rivenfall Compiler Controller 1.5.0");
+    SetMessageBoxHandler(former);
+    EXPECT_EQ(asked.size(), 2);
+    EXPECT_EQ(asked.front().toStdString(), "DestinationIndex out of range|48|"
+                                           "OMRA Rivenfall Compiler Controller 1.5.0");
 }
 
 TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {

@@ -1,12 +1,10 @@
 #include "WindowDriver.h"
 
-#include "document/DocumentFile.h"
-#include "platform/PropertyBag.h"
+#include "system/PropertyBag.h"
 
 #include <QDir>
 
 #include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,16 +34,6 @@ QByteArray Bag(std::initializer_list<std::pair<const char*, QVariant>> entries) 
         bag.WriteProperty(name, value);
     }
     return bag.Contents();
-}
-
-/// Calls @p act where no file may grow longer than @p bytes.
-void WithFileSizeLimit(rlim_t bytes, const std::function<void()>& act) {
-    rlimit former;
-    getrlimit(RLIMIT_FSIZE, &former);
-    const rlimit tight = {bytes, former.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &tight);
-    act();
-    setrlimit(RLIMIT_FSIZE, &former);
 }
 
 class DocumentTest : public ProgramTest {
@@ -127,7 +115,7 @@ TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
     Program().NodeMove(true);
     const QByteArray content = Content();
     const auto expectRefused = [&](const QString& name) {
-        TheUser.Answers = {MessageBoxNo};
+        TheUser.Answers = {MessageBoxAnswer::No};
         EXPECT_FALSE(Program().FileOpen(Path(name)));
         EXPECT_EQ(TheUser.Asked.size(), 2) << name.toStdString();
         EXPECT_TRUE(TheUser.Asked.last().startsWith(u"The file "_qs + Path(name) +
@@ -153,23 +141,6 @@ TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
     }
 }
 
-TEST_F(DocumentTest, DamageAtAnyByteIsNoticedOrHarmless) {
-    const QByteArray image = DocumentImage(SomeCompilers, SomeVariables);
-    const QString path = Path(u"damaged"_qs);
-    for (qsizetype position = 0; position < image.size(); ++position) {
-        DocumentContent content;
-        StoreBytes(path, image.left(position));
-        EXPECT_NE(ReadDocumentFile(path, content), QString()) << position;
-        QByteArray damaged = image;
-        damaged[position] = static_cast<char>(damaged[position] ^ (position % 2 ? 0x20 : 0xFF));
-        StoreBytes(path, damaged);
-        DocumentContent other;
-        if (ReadDocumentFile(path, other).isEmpty()) {
-            EXPECT_LE(SketchOf(&other.Compilers).size(), SomeCompilers.size());
-        }
-    }
-}
-
 TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
     const auto formerAction = std::signal(SIGXFSZ, SIG_IGN);
     for (const int length : {10, 100000}) {
@@ -179,7 +150,7 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         ASSERT_TRUE(Program().FileOpen(path));
         Program().NodeMove(true);
         bool saved = true;
-        WithFileSizeLimit(static_cast<rlim_t>(length), [&] { saved = Program().FileSave(); });
+        WithFileSizeLimit(static_cast<quint64>(length), [&] { saved = Program().FileSave(); });
         EXPECT_FALSE(saved);
         EXPECT_EQ(BytesOf(path), former);
         EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files).size(), 1);
@@ -195,7 +166,7 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         }
         TakeAsked();
         // The changes are still unsaved, and the next save finds the former name.
-        TheUser.Answers = {MessageBoxYes};
+        TheUser.Answers = {MessageBoxAnswer::Yes};
         EXPECT_TRUE(Program().FileOpen(path));
         EXPECT_EQ(TakeAsked(),
                   QStringLiteral("The file was changed.\r\nDo you want to save it?|3|%1")
@@ -204,16 +175,6 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         EXPECT_EQ(BytesOf(path), former);
     }
     std::signal(SIGXFSZ, formerAction);
-}
-
-TEST_F(DocumentTest, AProcessKilledWhileItSavesLeavesTheOldFileWhole) {
-    const QString path = StoreBytes(Path(u"old.tvq"_qs), DocumentImage(SomeCompilers));
-    DataNodes compilers, variables;
-    compilers.Add(QString(100000, u'v'));
-    const AwaitedChildren children;
-    EXPECT_EXIT(WithFileSizeLimit(50000, [&] { WriteDocumentFile(path, compilers, variables); }),
-                testing::KilledBySignal(SIGXFSZ), "");
-    EXPECT_EQ(BytesOf(path), DocumentImage(SomeCompilers));
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "WindowDriver.h"
 
-#include "platform/CommandLine.h"
-#include "run/ExpandVariables.h"
+#include "system/CommandLine.h"
 
 #include <QDir>
 #include <QTimer>
@@ -43,25 +42,6 @@ protected:
 
     QList<int> Chunks;
 };
-
-TEST_F(RunTest, ExpandsReferences) {
-    Open({}, "A(x),B(${A}y),!C(c1),D(!d1,d2,d3),E(!e1),F(a${G}b),G(c${F}d),H(h${H}h),!M(m1),M(m2),"
-             "N(!n1),N(n2),P($),Жук(beetle),Open(${A),x](bracket)");
-    // A text and its expansion, "~" for nothing.
-    const QString cases = uR"(~ ~ plain plain ${A} x a${A}b${A}c axbxc ${a} x ${B} xy ${C} ~ ${D} d2
-        ${E} ~ ${NOPE} ~ x${NOPE}y xy ${F} acdb ${G} cabd ${H} hh ${F}${F} acdbacdb ${M} m2 ${N} ~
-        ${A ${A ${A}-${B x-${B ${A${B} ~ ${A${B}} } }${A}{ }x{ $A $A $${A} $x ${} ~
-        ${P}{A} ${A} ${жУК} beetle ${Open}} ${A} ${X]}${X}} bracket})"_qs;
-    const QStringList words = cases.simplified().replace(u'~', QString()).split(u' ');
-    for (int word = 0; word < words.size(); word += 2) {
-        EXPECT_EQ(ExpandVariables(words[word]), words[word + 1]) << words[word].toStdString();
-    }
-    EXPECT_EQ(ExpandVariables(u"${ A }"_qs), QString());
-    Program().Variables()->Item(1)->SetValue({});
-    EXPECT_EQ(ExpandVariables(u"${}"_qs).toStdString(), "x");
-    Program().Variables()->Clear();
-    EXPECT_EQ(ExpandVariables(u"a${A}b"_qs).toStdString(), "ab");
-}
 
 TEST_F(RunTest, CarriesOutTheActiveCompilersInOrder) {
     const QByteArray formerPath = qgetenv("PATH");

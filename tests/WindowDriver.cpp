@@ -9,28 +9,6 @@ namespace rivenfall {
 
 namespace {
 
-/// The nodes at the front of @p outline, up to the end of their level.
-std::vector<Sketch> Sketches(QStringView& outline) {
-    std::vector<Sketch> nodes;
-    while (!outline.isEmpty() && outline.front() != u')') {
-        outline = outline.sliced(outline.front() == u',' ? 1 : 0);
-        const bool off = outline.startsWith(u'!');
-        qsizetype end = off ? 1 : 0;
-        while (end < outline.size() && !QStringView(u"(),").contains(outline[end]))
-            ++end;
-        Sketch node(outline.first(end).sliced(off ? 1 : 0).toString().remove(u'~'));
-        outline = outline.sliced(end);
-        if (outline.startsWith(u'(')) {
-            outline = outline.sliced(1);
-            node.Below = Sketches(outline);
-            outline = outline.sliced(1);
-        }
-        node.Active = !off;
-        nodes.push_back(node);
-    }
-    return nodes;
-}
-
 void Collect(const DataNodes& nodes, int level, Lines& lines) {
     for (const std::shared_ptr<DataNode>& node : nodes) {
         lines.push_back({level, node->Value(), node->Active(), node->Expanded()});
@@ -40,12 +18,6 @@ void Collect(const DataNodes& nodes, int level, Lines& lines) {
 }
 
 } // namespace
-
-std::vector<Sketch> Sketches(const char* outline) {
-    const QString text = QString::fromUtf8(outline);
-    QStringView rest = text;
-    return Sketches(rest);
-}
 
 std::string Outline(const Lines& lines, bool Line::*open, int selected) {
     QString text;
@@ -93,9 +65,9 @@ void WindowTest::Act(const QString& script) {
         else if (name == u"pick")
             TheUser.Files.push_back(argument.isEmpty() ? QString() : Path(argument));
         else if (name == u"yes" || name == u"no" || name == u"stay")
-            TheUser.Answers.push_back(name == u"yes"  ? MessageBoxYes
-                                      : name == u"no" ? MessageBoxNo
-                                                      : MessageBoxCancel);
+            TheUser.Answers.push_back(name == u"yes"  ? MessageBoxAnswer::Yes
+                                      : name == u"no" ? MessageBoxAnswer::No
+                                                      : MessageBoxAnswer::Cancel);
         else {
             bool found = false;
             for (QWidget* widget : Window().Client()->findChildren<QWidget*>()) {
@@ -148,7 +120,7 @@ void WindowTest::TakeKeyboard() {
 void WindowTest::Open(const char* compilers, const char* variables, const char* script) {
     const QString path = StoreBytes(Path(u"document.tvq"_qs),
                                     DocumentImage(Sketches(compilers), Sketches(variables)));
-    TheUser.Answers = {MessageBoxNo};
+    TheUser.Answers = {MessageBoxAnswer::No};
     ASSERT_TRUE(Program().FileOpen(path));
     Forget();
     Act(script);

@@ -29,9 +29,6 @@ using Lines = std::vector<Line>;
 /// the one at the position @p selected, "~" for an empty value.
 std::string Outline(const Lines& lines, bool Line::*open, int selected = 0);
 
-/// The nodes that an outline tells.
-std::vector<Sketch> Sketches(const char* outline);
-
 /// A program whose main window is worked by mouse and keyboard, and read as it shows itself.
 class WindowTest : public ProgramTest {
 protected:

@@ -1,6 +1,6 @@
 #include "WindowDriver.h"
 
-#include "platform/PropertyBag.h"
+#include "system/PropertyBag.h"
 
 #include <QAction>
 #include <QDragEnterEvent>

@@ -1,6 +1,6 @@
 #include "app/Application.h"
 
-#include "app/Title.h"
+#include "support/Title.h"
 
 namespace rivenfall {
 

@@ -148,9 +148,9 @@ private:
     bool TakeChosenFileName();
     bool ReadDocument();
     bool WriteDocument(const QString& formerFileName);
-    void MakeDefaultVariable();
     void AllowDocumentCommands();
 
+    void ShowFileTitle();
     int CoverTree();
     void BuildTree();
     void RestoreScrollPosition(int topIndex);

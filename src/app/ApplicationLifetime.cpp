@@ -1,8 +1,8 @@
 #include "app/Application.h"
-#include "app/Title.h"
-#include "platform/App.h"
+#include "controls/App.h"
 #include "run/Execution.h"
 #include "support/FileDialog.h"
+#include "support/Title.h"
 #include "window/frmMain.h"
 
 namespace rivenfall {

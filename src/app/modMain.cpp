@@ -1,9 +1,10 @@
 #include "app/modMain.h"
 
 #include "app/Application.h"
-#include "platform/App.h"
-#include "platform/CommandLine.h"
+#include "controls/App.h"
 #include "support/SupportLibrary.h"
+#include "system/CommandLine.h"
+#include "system/FilePath.h"
 
 namespace rivenfall {
 
@@ -19,7 +20,7 @@ void Main() {
     tokens.SetText(JoinCommandLine(App::Arguments()));
     if (tokens.Count() > 0) {
         // A run may change the current directory; the document's path must not depend on it.
-        GlobalApplication()->FileOpen(App::FullPath(tokens.Item(1)));
+        GlobalApplication()->FileOpen(FullPath(tokens.Item(1)));
     }
 }
 

@@ -1,8 +1,8 @@
 #include "data/DataNodes.h"
 
-#include "app/Title.h"
 #include "data/DataNode.h"
-#include "platform/MessageBox.h"
+#include "support/Title.h"
+#include "system/MessageBox.h"
 
 #include <algorithm>
 #include <utility>
@@ -71,7 +71,7 @@ void DataNodes::AdjustIndexes(int first) {
 
 void DataNodes::MoveItem(DataNode& DN, int DestinationIndex) {
     if (DestinationIndex > Count() || DestinationIndex < 1) {
-        MessageBox(QStringLiteral("DestinationIndex out of range"), MessageBoxExclamation,
+        MessageBox(QStringLiteral("DestinationIndex out of range"), MessageBoxStyle::Exclamation,
                    ProgramTitle());
         return;
     }

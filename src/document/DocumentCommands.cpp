@@ -1,10 +1,14 @@
 #include "app/Application.h"
-#include "app/Title.h"
 #include "app/modMain.h"
+#include "controls/Menu.h"
+#include "controls/TabStrip.h"
+#include "controls/TextBox.h"
+#include "controls/UpDown.h"
 #include "document/DocumentFile.h"
-#include "platform/MessageBox.h"
 #include "support/FileDialog.h"
-#include "window/frmMain.h"
+#include "support/Title.h"
+#include "system/MessageBox.h"
+#include "tree/TreeView.h"
 
 namespace rivenfall {
 
@@ -49,10 +53,10 @@ bool Application::AskSaveChanges() {
         return true;
     }
     switch (MessageBox(QStringLiteral("The file was changed.\r\nDo you want to save it?"),
-                       MessageBoxYesNoCancel, ProgramTitle())) {
-    case MessageBoxYes:
+                       MessageBoxStyle::YesNoCancel, ProgramTitle())) {
+    case MessageBoxAnswer::Yes:
         return FileSave();
-    case MessageBoxNo:
+    case MessageBoxAnswer::No:
         return true;
     default:
         return false;
@@ -61,11 +65,11 @@ bool Application::AskSaveChanges() {
 
 void Application::FileNew() {
     if (pblnChanged) {
-        switch (MessageBox(QStringLiteral("changed; FileSave?"), MessageBoxYesNoCancel)) {
-        case MessageBoxYes:
+        switch (MessageBox(QStringLiteral("changed; FileSave?"), MessageBoxStyle::YesNoCancel)) {
+        case MessageBoxAnswer::Yes:
             pobjFormMnuFileSave_Click();
             break;
-        case MessageBoxNo:
+        case MessageBoxAnswer::No:
             pblnChanged = false;
             break;
         default:
@@ -76,7 +80,7 @@ void Application::FileNew() {
     pblnChanged = false;
     pobjCompilers->Clear();
     pobjCompilers->Add()->Childs()->Add()->Childs()->Add(QStringLiteral("${FILE1}"));
-    MakeDefaultVariable();
+    MakeDefaultVariable(*pobjVariables);
     plngContentNode = {1, 1};
     pobjFormTvwContentFake->SetVisible(false);
     Refresh();
@@ -117,7 +121,7 @@ bool Application::FileSave() {
 bool Application::FileSaveAs() {
     const QString formerFileName = pstrFileName;
     const bool saved = AskSaveFileName() && WriteDocument(formerFileName);
-    pobjForm->SetCaption(FileTitle() + QStringLiteral(" - ") + ProgramTitle());
+    ShowFileTitle();
     return saved;
 }
 
@@ -139,7 +143,7 @@ bool Application::ReadDocument() {
     DocumentContent content;
     const QString failure = ReadDocumentFile(pstrFileName, content);
     if (!failure.isEmpty()) {
-        MessageBox(failure, MessageBoxExclamation, ProgramTitle());
+        MessageBox(failure, MessageBoxStyle::Exclamation, ProgramTitle());
         return false;
     }
     pobjCompilers->TakeNodesOf(content.Compilers);
@@ -147,7 +151,7 @@ bool Application::ReadDocument() {
         pobjVariables->TakeNodesOf(content.Variables);
         FillTabs();
     } else {
-        MakeDefaultVariable();
+        MakeDefaultVariable(*pobjVariables);
         pobjFormTabContent->Tabs().Clear();
         pobjFormTabContent->Tabs().Add(QStringLiteral("Compilers"));
     }
@@ -158,17 +162,12 @@ bool Application::ReadDocument() {
 bool Application::WriteDocument(const QString& formerFileName) {
     const QString failure = WriteDocumentFile(pstrFileName, *pobjCompilers, *pobjVariables);
     if (!failure.isEmpty()) {
-        MessageBox(failure, MessageBoxExclamation, ProgramTitle());
+        MessageBox(failure, MessageBoxStyle::Exclamation, ProgramTitle());
         pstrFileName = formerFileName;
         return false;
     }
     pblnChanged = false;
     return true;
-}
-
-void Application::MakeDefaultVariable() {
-    pobjVariables->Clear();
-    pobjVariables->Add(QStringLiteral("FILE1"))->Childs()->Add();
 }
 
 void Application::AllowDocumentCommands() {

@@ -115,6 +115,11 @@ DocumentContent::DocumentContent() {
     Variables.SetDataNodesType(Variable);
 }
 
+void MakeDefaultVariable(DataNodes& variables) {
+    variables.Clear();
+    variables.Add(QStringLiteral("FILE1"))->Childs()->Add();
+}
+
 QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
     QString reason;
     try {

@@ -18,6 +18,10 @@ struct DocumentContent {
     DataNodes Variables;
 };
 
+/// Gives the root @p variables what a new document has, and one of a version without variables: one
+/// variable with an empty value.
+void MakeDefaultVariable(DataNodes& variables);
+
 /// Reads the document file @p fileName into @p content, whole or not at all. Gives the reason of a
 /// failure as a sentence; empty for success.
 QString ReadDocumentFile(const QString& fileName, DocumentContent& content);

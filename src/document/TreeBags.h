@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PropertyBag.h"
+#include "system/PropertyBag.h"
 
 namespace rivenfall {
 

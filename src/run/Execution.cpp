@@ -1,16 +1,15 @@
 #include "run/Execution.h"
 
 #include "app/Application.h"
-#include "app/Title.h"
 #include "app/modMain.h"
-#include "platform/MessageBox.h"
+#include "run/LogFrame.h"
+#include "run/OutputDecoder.h"
 #include "run/frmExec.h"
-
-#include <QStringDecoder>
+#include "support/Title.h"
+#include "system/MessageBox.h"
 
 #include <algorithm>
 #include <array>
-#include <bit>
 
 namespace rivenfall {
 
@@ -19,28 +18,6 @@ namespace {
 constexpr int TickMilliseconds = 100;
 constexpr int BytesPerTick = 64;
 constexpr int LowestBoxHeight = 32;
-constexpr qsizetype FrameDashes = 53;
-
-/// The length of the part of a UTF-8 character that @p bytes end with, 0 if they end with a whole
-/// one. A decoder with a state of its own would drop the byte behind a part that stays one.
-qsizetype UnfinishedLength(const QByteArray& bytes) {
-    constexpr int continuation = 1;
-    constexpr int longest = 4;
-    for (qsizetype length = 1; length <= std::min<qsizetype>(bytes.size(), 3); ++length) {
-        const auto byte = static_cast<quint8>(bytes[bytes.size() - length]);
-        const int size = std::countl_one(byte);
-        if (size != continuation) {
-            return size > length && size <= longest ? length : 0;
-        }
-    }
-    return 0;
-}
-
-QString Decoded(QByteArrayView bytes) {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
-                                                     QStringDecoder::Flag::ConvertInitialBom);
-    return decoder.decode(bytes);
-}
 
 } // namespace
 
@@ -78,27 +55,13 @@ void Execution::Clear() {
 
 void Execution::Echo(const QString& Issue, const QString& Success) {
     EnsureShown();
-    const QString lineBreak = QStringLiteral("\r\n");
-    const QString dashes(FrameDashes, u'-');
-    QString frame;
-    if (pobjFormTxtOutput->TextLength() > 0) {
-        frame += lineBreak;
-    }
-    frame += QStringLiteral("# /") + dashes + lineBreak;
-    frame += QStringLiteral("# | ") + Issue + lineBreak;
-    if (!Success.isEmpty()) {
-        frame += QStringLiteral("# | [") + Success + QStringLiteral("]") + lineBreak;
-    }
-    frame += QStringLiteral("# \\") + dashes + lineBreak;
-    pobjFormTxtOutput->AppendText(frame);
+    pobjFormTxtOutput->AppendText(LogFrame(Issue, Success, pobjFormTxtOutput->TextLength() > 0));
     pobjFormTxtOutput->SetSelStartToEnd();
 }
 
 bool Execution::Execute(const QString& CommandLine) {
     const bool started = StartProcess(CommandLine);
-    Echo(CommandLine, started
-                          ? QStringLiteral("success")
-                          : QStringLiteral("error: CreateProcess failed (%1)").arg(LastError()));
+    Echo(CommandLine, ResultOfStart(started, LastError()));
     return started;
 }
 
@@ -127,13 +90,13 @@ const MultiLineTextBox& Execution::Log() const {
 
 bool Execution::StartProcess(const QString& CommandLine) {
     if (pblnRunning) {
-        MessageBox(QStringLiteral("Still running!"), MessageBoxExclamation, ProgramTitle());
+        MessageBox(QStringLiteral("Still running!"), MessageBoxStyle::Exclamation, ProgramTitle());
         return false;
     }
     StandardStreams streams;
     if (!OpenPipes(streams)) {
         MessageBox(QStringLiteral("CreatePipe failed. Error: %1").arg(LastError()),
-                   MessageBoxPlain);
+                   MessageBoxStyle::Plain);
         return false;
     }
     pblnRunning = CreateProcess(CommandLine, streams, phndProcess);
@@ -213,7 +176,7 @@ void Execution::AppendOutput(qsizetype length) {
     if (length == 0) {
         return;
     }
-    const QString text = Decoded(QByteArrayView(pobjUnfinished).first(length));
+    const QString text = DecodedOutput(QByteArrayView(pobjUnfinished).first(length));
     pobjUnfinished.remove(0, length);
     pstrOutput += text;
     pobjFormTxtOutput->AppendText(text);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Process.h"
+#include "system/Process.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -49,7 +49,7 @@ public:
     /// Shows the window in front of the others with a fresh caption.
     void Show();
 
-    /// The log box, for a program that shows the log elsewhere. Owned by the window.
+    /// The log box, for those who watch the log grow. Owned by the window.
     const MultiLineTextBox& Log() const;
 
 private:

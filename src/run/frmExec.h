@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Form.h"
-#include "platform/MultiLineTextBox.h"
-#include "platform/Timer.h"
+#include "controls/Form.h"
+#include "controls/MultiLineTextBox.h"
+#include "controls/Timer.h"
 
 namespace rivenfall {
 

@@ -7,7 +7,7 @@ namespace rivenfall {
 
 namespace {
 
-FileDialogResponder Responder;
+FileDialogHandler CurrentHandler;
 
 } // namespace
 
@@ -20,7 +20,7 @@ void FileDialog::ShowSave() {
 }
 
 void FileDialog::Show(Purpose purpose) {
-    const QString chosen = Responder ? Responder(pstrTitle) : AskUser(purpose);
+    const QString chosen = CurrentHandler ? CurrentHandler(pstrTitle) : AskUser(purpose);
     pblnCancelled = chosen.isEmpty();
     if (!pblnCancelled) {
         pstrFileName = chosen;
@@ -39,8 +39,8 @@ QString FileDialog::AskUser(Purpose purpose) const {
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
-void SetFileDialogResponder(FileDialogResponder responder) {
-    Responder = std::move(responder);
+void SetFileDialogHandler(FileDialogHandler handler) {
+    CurrentHandler = std::move(handler);
 }
 
 } // namespace rivenfall

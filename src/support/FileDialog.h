@@ -73,10 +73,10 @@ private:
 
 /// Something that chooses in the user's place: it is told the dialog's caption and gives a path,
 /// or an empty text to cancel.
-using FileDialogResponder = std::function<QString(const QString& title)>;
+using FileDialogHandler = std::function<QString(const QString& title)>;
 
-/// Has @p responder answer every file dialog from here on instead of the user; an empty one gives
-/// them back to the user. For a program without a screen, and for tests.
-void SetFileDialogResponder(FileDialogResponder responder);
+/// Has @p handler answer every file dialog from here on instead of the user; an empty one gives
+/// them back to the user. For tests.
+void SetFileDialogHandler(FileDialogHandler handler);
 
 } // namespace rivenfall

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CommandLine.h"
+#include "system/CommandLine.h"
 
 #include <QString>
 #include <QStringList>

@@ -9,7 +9,8 @@
 
 namespace rivenfall {
 
-/// Services that stand by themselves and keep no state.
+/// Services that stand by themselves and keep no state. ShowAbout is the desktop's alone, in
+/// AboutBox.cpp.
 class SupportLibrary {
 public:
     /// A new list, ready to take a command line through SetText.

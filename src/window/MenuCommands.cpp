@@ -1,7 +1,7 @@
 #include "app/Application.h"
-#include "app/Title.h"
 #include "run/Execution.h"
 #include "support/SupportLibrary.h"
+#include "support/Title.h"
 #include "window/frmMain.h"
 
 namespace rivenfall {

@@ -1,6 +1,6 @@
 #include "app/Application.h"
-#include "app/Title.h"
 #include "data/NodeKey.h"
+#include "support/Title.h"
 #include "window/frmMain.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ void BuildChilds(Nodes& tree, const DataNode& owner) {
 
 void Application::Refresh() {
     SetHandleEvents(false);
-    pobjForm->SetCaption(FileTitle() + QStringLiteral(" - ") + ProgramTitle());
+    ShowFileTitle();
     const int topIndex = CoverTree();
     pobjFormTvwContent->Nodes().Clear();
     BuildTree();
@@ -39,6 +39,11 @@ void Application::Refresh() {
     pobjFormTvwContent->ZOrder(0);
     pobjFormTvwContentFake->SetVisible(true);
     SetHandleEvents(true);
+}
+
+/// The document first, the program behind it.
+void Application::ShowFileTitle() {
+    pobjForm->SetCaption(FileTitle() + QStringLiteral(" - ") + ProgramTitle());
 }
 
 /// Puts a copy of the rows in view in front of the tree. Gives the index of the top row, or the

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "platform/CommandButton.h"
-#include "platform/Form.h"
-#include "platform/Menu.h"
-#include "platform/PictureBox.h"
-#include "platform/TabStrip.h"
-#include "platform/TextBox.h"
-#include "platform/TreeView.h"
-#include "platform/UpDown.h"
+#include "controls/CommandButton.h"
+#include "controls/Form.h"
+#include "controls/Menu.h"
+#include "controls/PictureBox.h"
+#include "controls/TabStrip.h"
+#include "controls/TextBox.h"
+#include "controls/UpDown.h"
+#include "tree/TreeView.h"
 
 namespace rivenfall {
 

@@ -1,0 +1,115 @@
+#include "Bench.h"
+
+#include "document/DocumentFile.h"
+#include "system/Process.h"
+
+#include <QFile>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace rivenfall {
+
+namespace {
+
+constexpr int CommandCount = 100;
+constexpr int ShortOutput = 20'000;
+constexpr int LongOutput = 100'000'000;
+
+/// The same command lines, as a document for the runner and as a file for make.
+class Chain {
+public:
+    Chain(int count, const QStringList& items) {
+        DocumentContent content;
+        QString lines = QStringLiteral("all:\n");
+        for (int number = 0; number < count; ++number) {
+            const auto compiler = content.Compilers.Add(items.first());
+            for (const QString& item : items.sliced(1)) {
+                compiler->Childs()->Add(item);
+            }
+            lines += u'\t' + items.join(u' ') + u'\n';
+        }
+        QFile file(MakeFile());
+        const bool written = file.open(QIODevice::WriteOnly) && file.write(lines.toUtf8()) > 0;
+        if (!written ||
+            !WriteDocumentFile(Document(), content.Compilers, content.Variables).isEmpty()) {
+            std::fputs("The files of a benchmark can't be written.\n", stderr);
+            std::exit(EXIT_FAILURE);
+        }
+    }
+
+    QString Document() const { return Folder.filePath(QStringLiteral("chain.tvq")); }
+    QString MakeFile() const { return Folder.filePath(QStringLiteral("chain.mk")); }
+
+private:
+    QTemporaryDir Folder;
+};
+
+/// Starts @p commandLine and reads its output to the end. Gives the number of bytes.
+qint64 ReadAll(const QString& commandLine) {
+    Handle input = 0;
+    Handle output = 0;
+    Handle process = 0;
+    StandardStreams streams;
+    streams.Error = STDERR_FILENO;
+    if (!CreatePipe(streams.Input, input) || !CreatePipe(output, streams.Output) ||
+        !CreateProcess(commandLine, streams, process)) {
+        return -1;
+    }
+    CloseHandle(streams.Input);
+    CloseHandle(streams.Output);
+    static std::array<char, 1 << 16> buffer;
+    qint64 total = 0;
+    for (ssize_t count = 1; count > 0; total += count) {
+        count = read(output, buffer.data(), buffer.size());
+    }
+    waitpid(process, nullptr, 0);
+    CloseHandle(input);
+    CloseHandle(output);
+    return total;
+}
+
+void Measure(benchmark::State& state, const QString& commandLine, qint64 leastOutput) {
+    for (auto _ : state) {
+        if (ReadAll(commandLine) < leastOutput) {
+            state.SkipWithError("output is missing");
+            break;
+        }
+    }
+}
+
+void ByRunner(benchmark::State& state, int count, const QStringList& items, qint64 leastOutput) {
+    const Chain chain(count, items);
+    Measure(state, QStringLiteral(RIVENFALL_RUNNER " %1").arg(chain.Document()), leastOutput);
+}
+
+void ByMake(benchmark::State& state, int count, const QStringList& items, qint64 leastOutput) {
+    const Chain chain(count, items);
+    Measure(state, QStringLiteral("make -s -f %1").arg(chain.MakeFile()), leastOutput);
+}
+
+/// A command that writes @p count bytes.
+QStringList Writing(int count) {
+    return {QStringLiteral("head"), QStringLiteral("-c"), QString::number(count),
+            QStringLiteral("/dev/zero")};
+}
+
+void Runs(benchmark::internal::Benchmark* work) {
+    work->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(ByRunner, Hundred, CommandCount, {QStringLiteral("/bin/true")}, 0)->Apply(Runs);
+BENCHMARK_CAPTURE(ByMake, Hundred, CommandCount, {QStringLiteral("/bin/true")}, 0)->Apply(Runs);
+BENCHMARK_CAPTURE(ByRunner, One, 1, {QStringLiteral("/bin/true")}, 0)->Apply(Runs);
+BENCHMARK_CAPTURE(ByMake, One, 1, {QStringLiteral("/bin/true")}, 0)->Apply(Runs);
+BENCHMARK_CAPTURE(ByRunner, ShortOutput, 1, Writing(ShortOutput), ShortOutput)->Apply(Runs);
+BENCHMARK_CAPTURE(ByMake, ShortOutput, 1, Writing(ShortOutput), ShortOutput)->Apply(Runs);
+BENCHMARK_CAPTURE(ByRunner, LongOutput, 1, Writing(LongOutput), LongOutput)->Apply(Runs);
+BENCHMARK_CAPTURE(ByMake, LongOutput, 1, Writing(LongOutput), LongOutput)->Apply(Runs);
+
+} // namespace rivenfall

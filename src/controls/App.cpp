@@ -1,0 +1,67 @@
+#include "controls/App.h"
+
+#include "controls/MessageDialog.h"
+#include "system/OpenStreams.h"
+
+#include <QApplication>
+#include <QSettings>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace rivenfall {
+
+namespace {
+
+/// What Qt reports while it connects to the screen. It ends the process by itself where there is
+/// none, and a core dump is no answer to a missing display.
+void ReportConnection(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type == QtFatalMsg) {
+        std::fputs("rivenfall: there is no display to show a window on.\n"
+                   "Start it on a desktop, or carry a document out with rivenfall-run.\n",
+                   stderr);
+        std::_Exit(EXIT_FAILURE);
+    }
+    if (type == QtWarningMsg || type == QtCriticalMsg) {
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    }
+}
+
+} // namespace
+
+App::App(int argc, char** argv) : plngArgumentCount(argc) {
+    OpenStandardStreams();
+    qInstallMessageHandler(ReportConnection);
+    pobjApplication = std::make_unique<QApplication>(plngArgumentCount, argv);
+    qInstallMessageHandler(nullptr);
+    SetMessageBoxHandler(ShowMessageDialog);
+
+    QApplication::setApplicationName(QStringLiteral("rivenfall"));
+    QApplication::setOrganizationDomain(QStringLiteral("omra.org"));
+    QApplication::setDesktopFileName(QStringLiteral("org.omra.Rivenfall"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    // The program keeps no settings, and Qt's file dialog is to keep none in its place.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+}
+
+App::~App() = default;
+
+void App::RunEventLoop(const std::function<void()>& start) {
+    QTimer::singleShot(0, pobjApplication.get(), start);
+    QApplication::exec();
+}
+
+void App::EndEventLoop() {
+    QCoreApplication::exit();
+}
+
+QString App::Path() {
+    return QCoreApplication::applicationDirPath();
+}
+
+QStringList App::Arguments() {
+    return QCoreApplication::arguments().sliced(1);
+}
+
+} // namespace rivenfall

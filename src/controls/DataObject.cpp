@@ -1,0 +1,77 @@
+#include "controls/DataObject.h"
+
+#include <QMimeData>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace rivenfall {
+
+DataObjectFileList::DataObjectFileList(QStringList paths) : pobjPaths(std::move(paths)) {}
+
+int DataObjectFileList::Count() const {
+    return static_cast<int>(pobjPaths.size());
+}
+
+QString DataObjectFileList::Item(int Index) const {
+    return pobjPaths.at(Index - 1);
+}
+
+DataObject::DataObject(const QMimeData& data) : pobjData(data) {}
+
+bool DataObject::GetFormat(int Format) const {
+    switch (Format) {
+    case DataObjectText:
+        return !OwnText().isNull();
+    case DataObjectFiles:
+        return !FilePaths().isEmpty();
+    default:
+        return false;
+    }
+}
+
+QString DataObject::GetData(int Format) const {
+    switch (Format) {
+    case DataObjectText:
+        return OwnText();
+    case DataObjectFiles:
+        return FilePaths().join(u'\n');
+    default:
+        return {};
+    }
+}
+
+DataObjectFileList DataObject::Files() const {
+    return DataObjectFileList(FilePaths());
+}
+
+QStringList DataObject::FilePaths() const {
+    QStringList paths;
+    for (const QUrl& address : pobjData.urls()) {
+        if (address.isLocalFile()) {
+            paths += address.toLocalFile();
+        }
+    }
+    return paths;
+}
+
+QString DataObject::OwnText() const {
+    // QMimeData::hasText also speaks for a mere list of files.
+    if (!pobjData.hasFormat(QStringLiteral("text/plain")) &&
+        !pobjData.hasFormat(QStringLiteral("text/plain;charset=utf-8"))) {
+        return {};
+    }
+    const QString text = pobjData.text();
+    const QList<QUrl> addresses = pobjData.urls();
+    QStringList lines = text.split(u'\n', Qt::SkipEmptyParts);
+    const bool repeatsFiles =
+        !addresses.isEmpty() && lines.size() == addresses.size() &&
+        std::equal(lines.begin(), lines.end(), addresses.begin(),
+                   [](const QString& line, const QUrl& address) {
+                       const QString place = line.trimmed();
+                       return QUrl(place) == address || place == address.toLocalFile();
+                   });
+    return repeatsFiles ? QString() : text.isNull() ? QLatin1StringView("") : text;
+}
+
+} // namespace rivenfall

@@ -1,0 +1,198 @@
+#include "controls/Form.h"
+
+#include "controls/CommandButton.h"
+#include "controls/Twips.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QLayout>
+#include <QMainWindow>
+#include <QSessionManager>
+
+namespace rivenfall {
+
+namespace {
+
+/// Eight points at 96 dots per inch: the size at which the fixed controls hold their captions.
+constexpr int FontPixels = 11;
+
+QIcon IconIn(const QString& resource) {
+    QIcon icon;
+    const QDir pictures(resource);
+    for (const QString& picture : pictures.entryList(QDir::Files)) {
+        icon.addFile(pictures.filePath(picture));
+    }
+    return icon;
+}
+
+} // namespace
+
+/// The window behind a Form.
+class FormWindow : public QMainWindow {
+public:
+    explicit FormWindow(Form& owner) : Owner(owner) {}
+
+protected:
+    void closeEvent(QCloseEvent* event) override {
+        event->setAccepted(Owner.MayUnload(vbFormControlMenu));
+    }
+
+    void resizeEvent(QResizeEvent* event) override {
+        QMainWindow::resizeEvent(event);
+        Q_EMIT Owner.Resize();
+    }
+
+    void changeEvent(QEvent* event) override {
+        QMainWindow::changeEvent(event);
+        if (event->type() == QEvent::WindowStateChange) {
+            Q_EMIT Owner.Resize();
+        }
+    }
+
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!Owner.PressButtonFor(event->key())) {
+            QMainWindow::keyPressEvent(event);
+        }
+    }
+
+private:
+    Form& Owner;
+};
+
+Form::Form(FormBorder border, int width, int height)
+    : pobjWindow(std::make_unique<FormWindow>(*this)) {
+    auto* client = new QWidget(pobjWindow.get());
+    client->setMinimumSize(0, 0);
+    pobjWindow->setCentralWidget(client);
+    QFont font = pobjWindow->font();
+    font.setPixelSize(FontPixels);
+    pobjWindow->setFont(font);
+    if (border == FormBorder::Fixed) {
+        client->setFixedSize(PixelsFromTwips(width), PixelsFromTwips(height));
+        pobjWindow->layout()->setSizeConstraint(QLayout::SetFixedSize);
+        pobjWindow->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                   Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                                   Qt::WindowCloseButtonHint);
+    } else {
+        pobjWindow->resize(PixelsFromTwips(width), PixelsFromTwips(height));
+    }
+}
+
+Form::~Form() = default;
+
+QString Form::Caption() const {
+    return pobjWindow->windowTitle();
+}
+
+void Form::SetCaption(const QString& caption) {
+    pobjWindow->setWindowTitle(caption);
+}
+
+QString Form::Icon() const {
+    return pstrIcon;
+}
+
+void Form::SetIcon(const QString& resource) {
+    pstrIcon = resource;
+    // All forms show the program's one icon, and decoding it takes a notable part of the start.
+    if (QApplication::windowIcon().isNull()) {
+        QApplication::setWindowIcon(IconIn(resource));
+    }
+    pobjWindow->setWindowIcon(QApplication::windowIcon());
+}
+
+bool Form::Visible() const {
+    return pobjWindow->isVisible();
+}
+
+int Form::WindowState() const {
+    if (pobjWindow->isMinimized()) {
+        return vbMinimized;
+    }
+    return pobjWindow->isMaximized() ? vbMaximized : vbNormal;
+}
+
+int Form::ScaleWidth() const {
+    return TwipsFromPixels(Client()->width());
+}
+
+int Form::ScaleHeight() const {
+    return TwipsFromPixels(Client()->height());
+}
+
+void Form::Show() {
+    if (pobjWindow->isMinimized()) {
+        pobjWindow->setWindowState(pobjWindow->windowState() & ~Qt::WindowMinimized);
+    }
+    pobjWindow->show();
+}
+
+void Form::Hide() {
+    pobjWindow->hide();
+}
+
+void Form::ZOrder(int) {
+    pobjWindow->raise();
+}
+
+void Form::Unload() {
+    if (MayUnload(vbFormCode)) {
+        Hide();
+    }
+}
+
+QWidget* Form::Client() const {
+    return pobjWindow->centralWidget();
+}
+
+QMainWindow* Form::Window() const {
+    return pobjWindow.get();
+}
+
+void Form::SetDefaultButton(CommandButton& button) {
+    pobjDefaultButton = &button;
+}
+
+void Form::SetCancelButton(CommandButton& button) {
+    pobjCancelButton = &button;
+}
+
+void Form::LeaveFocusWhenShown() {
+    pobjWindow->setAttribute(Qt::WA_ShowWithoutActivating);
+}
+
+void Form::AskAtSessionEnd() {
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager& session) {
+        // A dialog that waits for its answer can't be passed over, and a question about the
+        // session is none of its answers.
+        const bool dialogWaits = QApplication::activeModalWidget() != nullptr;
+        if (session.allowsInteraction() && (dialogWaits || !MayUnload(vbAppWindows))) {
+            session.cancel();
+        }
+    });
+}
+
+bool Form::MayUnload(QueryUnloadMode mode) {
+    bool cancel = false;
+    Q_EMIT QueryUnload(cancel, mode);
+    return !cancel;
+}
+
+bool Form::PressButtonFor(int key) {
+    CommandButton* button = nullptr;
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        button = pobjDefaultButton;
+    } else if (key == Qt::Key_Escape) {
+        button = pobjCancelButton;
+    }
+    if (!button) {
+        return false;
+    }
+    button->Press();
+    return true;
+}
+
+} // namespace rivenfall

@@ -1,0 +1,34 @@
+#include "controls/Menu.h"
+
+#include "controls/Form.h"
+
+#include <QAction>
+#include <QKeySequence>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace rivenfall {
+
+Menu::Menu(Form& form, const QString& caption)
+    : pobjAction(form.Window()->menuBar()->addMenu(caption)->menuAction()) {}
+
+Menu::Menu(Menu& parent, const QString& caption, const QString& shortcut)
+    : pobjAction(caption == u"-" ? parent.pobjAction->menu()->addSeparator()
+                                 : parent.pobjAction->menu()->addAction(caption)) {
+    if (!shortcut.isEmpty()) {
+        pobjAction->setShortcut(QKeySequence(shortcut));
+        pobjAction->setShortcutContext(Qt::ApplicationShortcut);
+    }
+    connect(pobjAction, &QAction::triggered, this, &Menu::Click);
+}
+
+bool Menu::Enabled() const {
+    return pobjAction->isEnabled();
+}
+
+void Menu::SetEnabled(bool enabled) {
+    pobjAction->setEnabled(enabled);
+}
+
+} // namespace rivenfall

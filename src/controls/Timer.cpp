@@ -1,0 +1,36 @@
+#include "controls/Timer.h"
+
+namespace rivenfall {
+
+Timer::Timer() {
+    pobjTimer.setTimerType(Qt::PreciseTimer);
+    connect(&pobjTimer, &QTimer::timeout, this, &Timer::Tick);
+}
+
+bool Timer::Enabled() const {
+    return pblnEnabled;
+}
+
+void Timer::SetEnabled(bool enabled) {
+    pblnEnabled = enabled;
+    Restart();
+}
+
+int Timer::Interval() const {
+    return plngInterval;
+}
+
+void Timer::SetInterval(int milliseconds) {
+    plngInterval = milliseconds;
+    Restart();
+}
+
+void Timer::Restart() {
+    if (pblnEnabled && plngInterval > 0) {
+        pobjTimer.start(plngInterval);
+    } else {
+        pobjTimer.stop();
+    }
+}
+
+} // namespace rivenfall

@@ -1,9 +1,0 @@
-#include "platform/PictureBox.h"
-
-#include <QWidget>
-
-namespace rivenfall {
-
-PictureBox::PictureBox(QWidget* container) : Control(new QWidget(container)) {}
-
-} // namespace rivenfall

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+namespace rivenfall {
+
+struct DirectoryChange;
+
+/// The issue and the result of the frame for a run without an active compiler.
+inline constexpr QStringView NothingToRunIssue = u"No compilers to run!";
+inline constexpr QStringView NothingToRunResult = u"Please select some...";
+
+/// What is added to a log for one step: a frame around @p Issue, which says what was done, and,
+/// where it isn't empty, @p Success, which says how it went. @p behindText tells that the log holds
+/// something already, from which an empty line sets the frame off. Lines end in CR LF.
+QString LogFrame(const QString& Issue, const QString& Success, bool behindText);
+
+/// The result in the frame of a command; @p error is 0, or why nothing was started, as `errno` has
+/// it.
+QString ResultOfStart(bool started, int error);
+
+/// The result in the frame of a directory change.
+QString ResultOfChange(const DirectoryChange& change);
+
+} // namespace rivenfall

@@ -1,0 +1,31 @@
+#include "system/CurrentDirectory.h"
+
+#include "system/CommandLine.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <cstring>
+#include <unistd.h>
+
+namespace rivenfall {
+
+namespace {
+
+QString WithoutQuotes(const QString& path) {
+    const QStringList items = SplitCommandLine(path);
+    return items.size() == 1 ? items.first() : path;
+}
+
+} // namespace
+
+DirectoryChange ChangeDirectory(const QString& path) {
+    const QByteArray name = QFile::encodeName(WithoutQuotes(path));
+    if (!name.contains('\0') && chdir(name.constData()) == 0) {
+        return {};
+    }
+    const int number = name.contains('\0') ? EINVAL : errno;
+    return {number, QString::fromLocal8Bit(std::strerror(number))};
+}
+
+} // namespace rivenfall

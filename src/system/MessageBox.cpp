@@ -1,0 +1,28 @@
+#include "system/MessageBox.h"
+
+#include <cstdio>
+#include <utility>
+
+namespace rivenfall {
+
+namespace {
+
+MessageBoxHandler CurrentHandler;
+
+MessageBoxAnswer WriteToStandardError(QString text, MessageBoxStyle style) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    std::fprintf(stderr, "%s\n", qUtf8Printable(text));
+    return style == MessageBoxStyle::YesNoCancel ? MessageBoxAnswer::Cancel : MessageBoxAnswer::Ok;
+}
+
+} // namespace
+
+MessageBoxAnswer MessageBox(const QString& text, MessageBoxStyle style, const QString& title) {
+    return CurrentHandler ? CurrentHandler(text, style, title) : WriteToStandardError(text, style);
+}
+
+MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler) {
+    return std::exchange(CurrentHandler, std::move(handler));
+}
+
+} // namespace rivenfall

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace rivenfall {
+
+/// Opens those of the three standard streams that the program was started without, so that no file
+/// of its own takes the place of one. Each program calls it first.
+void OpenStandardStreams();
+
+} // namespace rivenfall

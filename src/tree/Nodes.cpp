@@ -1,0 +1,205 @@
+#include "tree/Nodes.h"
+
+#include "tree/Node.h"
+#include "tree/TreeRows.h"
+
+#include <algorithm>
+
+namespace rivenfall {
+
+namespace {
+
+/// A search through all keys costs a fraction of building the index of keys, and most trees are
+/// asked only once or twice before they are built anew.
+constexpr int SearchesBeforeIndexing = 4;
+
+} // namespace
+
+Nodes::Nodes(TreeRows& rows) : pobjRows(rows), pobjRoot(new Node(*this, nullptr, {}, {})) {}
+
+Nodes::~Nodes() = default;
+
+Node& Nodes::Add(const QString& key, const QString& text) {
+    return Insert(*pobjRoot, pobjRoot->pobjChildren.size(), key, text);
+}
+
+Node& Nodes::Add(const QString& relative, TreeRelationship relationship, const QString& key,
+                 const QString& text) {
+    Node* const node = Item(relative);
+    if (!node) {
+        return Add(key, text);
+    }
+    if (relationship == tvwChild) {
+        return Insert(*node, node->pobjChildren.size(), key, text);
+    }
+    return Insert(*node->pobjParent, static_cast<std::size_t>(node->plngRow) + 1, key, text);
+}
+
+Node& Nodes::Insert(Node& parent, std::size_t row, const QString& key, const QString& text) {
+    pobjRows.BeginChanges();
+
+    auto& siblings = parent.pobjChildren;
+    const auto place = siblings.begin() + static_cast<std::ptrdiff_t>(row);
+    Node& node =
+        **siblings.insert(place, std::unique_ptr<Node>(new Node(*this, &parent, key, text)));
+    for (std::size_t i = row; i < siblings.size(); ++i) {
+        siblings[i]->plngRow = static_cast<int>(i);
+    }
+    ++plngCount;
+    pobjNearby = &node;
+    if (!pobjByKey.isEmpty()) {
+        pobjByKey.insert(key, &node);
+    }
+
+    bool last = true;
+    for (const Node* each = &node; each->pobjParent && last; each = each->pobjParent) {
+        last = each->pobjParent->pobjChildren.back().get() == each;
+    }
+    if (pblnNumbered && last) {
+        pobjOrder.push_back(&node);
+        node.plngIndex = plngCount;
+    } else {
+        pblnNumbered = false;
+    }
+    return node;
+}
+
+void Nodes::Clear() {
+    if (plngCount == 0) {
+        return;
+    }
+    pobjRows.BeginChanges();
+    pobjRows.ForgetAll();
+    pobjRoot->pobjChildren.clear();
+    pobjOrder.clear();
+    pobjByKey.clear();
+    pblnNumbered = true;
+    pobjNearby = nullptr;
+    plngSearches = 0;
+    plngCount = 0;
+}
+
+void Nodes::Remove(const QString& key) {
+    Node* const node = Item(key);
+    if (!node) {
+        return;
+    }
+    pobjRows.BeginChanges();
+
+    Node* neighbour = node->Next();
+    if (!neighbour) {
+        neighbour = node->Previous();
+    }
+    if (!neighbour) {
+        neighbour = node->Parent();
+    }
+    for (Node* each = pobjRows.Selected(); each; each = each->Parent()) {
+        if (each == node) {
+            pobjRows.SetSelected(neighbour);
+        }
+    }
+
+    if (pblnNumbered && pobjOrder.back() == node) {
+        pobjOrder.pop_back();
+    } else {
+        pblnNumbered = false;
+    }
+    pobjNearby = node->Previous() ? node->Previous() : neighbour;
+    ForgetBranch(*node);
+
+    auto& siblings = node->pobjParent->pobjChildren;
+    const std::size_t row = static_cast<std::size_t>(node->plngRow);
+    siblings.erase(siblings.begin() + node->plngRow);
+    for (std::size_t i = row; i < siblings.size(); ++i) {
+        siblings[i]->plngRow = static_cast<int>(i);
+    }
+}
+
+void Nodes::ForgetBranch(Node& node) {
+    for (const auto& child : node.pobjChildren) {
+        ForgetBranch(*child);
+    }
+    pobjRows.Forget(node);
+    if (!pobjByKey.isEmpty()) {
+        pobjByKey.remove(node.pstrKey);
+    }
+    --plngCount;
+}
+
+Node* Nodes::Item(int index) const {
+    if (index < 1 || index > plngCount) {
+        return nullptr;
+    }
+    Number();
+    return pobjOrder[static_cast<std::size_t>(index) - 1];
+}
+
+Node* Nodes::Item(const QString& key) const {
+    Node* node = FindNearby(key);
+    if (!node) {
+        node = FindAnywhere(key);
+    }
+    if (node) {
+        pobjNearby = node;
+    }
+    return node;
+}
+
+Node* Nodes::FindNearby(const QString& key) const {
+    if (!pobjNearby) {
+        return nullptr;
+    }
+    for (Node* each = pobjNearby; each; each = each->Parent()) {
+        if (each->pstrKey == key) {
+            return each;
+        }
+    }
+    for (Node* each : {pobjNearby->Next(), pobjNearby->Previous()}) {
+        if (each && each->pstrKey == key) {
+            return each;
+        }
+    }
+    for (Node* each = pobjNearby; !each->pobjChildren.empty();) {
+        each = each->pobjChildren.back().get();
+        if (each->pstrKey == key) {
+            return each;
+        }
+    }
+    return nullptr;
+}
+
+Node* Nodes::FindAnywhere(const QString& key) const {
+    if (pobjByKey.isEmpty()) {
+        Number();
+        if (plngSearches < SearchesBeforeIndexing) {
+            ++plngSearches;
+            const auto found = std::find_if(pobjOrder.begin(), pobjOrder.end(),
+                                            [&](Node* each) { return each->pstrKey == key; });
+            return found == pobjOrder.end() ? nullptr : *found;
+        }
+        pobjByKey.reserve(plngCount);
+        for (Node* each : pobjOrder) {
+            pobjByKey.insert(each->pstrKey, each);
+        }
+    }
+    return pobjByKey.value(key);
+}
+
+void Nodes::Number() const {
+    if (pblnNumbered) {
+        return;
+    }
+    pobjOrder.clear();
+    pobjOrder.reserve(static_cast<std::size_t>(plngCount));
+    const auto number = [this](const Node& parent, const auto& self) -> void {
+        for (const auto& child : parent.pobjChildren) {
+            pobjOrder.push_back(child.get());
+            child->plngIndex = static_cast<int>(pobjOrder.size());
+            self(*child, self);
+        }
+    };
+    number(*pobjRoot, number);
+    pblnNumbered = true;
+}
+
+} // namespace rivenfall

@@ -1,0 +1,267 @@
+#include "tree/TreeAccessibility.h"
+
+#include "tree/Node.h"
+#include "tree/TreeModel.h"
+#include "tree/TreeRows.h"
+
+#include <algorithm>
+
+namespace rivenfall {
+
+namespace {
+
+const QString ExpandAction = QStringLiteral("Expand");
+const QString CollapseAction = QStringLiteral("Collapse");
+
+/// One node as a screen reader sees it. Its actions are the user's own.
+class NodeAccessibility : public QAccessibleInterface, public QAccessibleActionInterface {
+public:
+    NodeAccessibility(TreeAccessibility& tree, Node& node) : pobjTree(tree), pobjNode(node) {}
+
+    const Node& Subject() const { return pobjNode; }
+
+    bool isValid() const override { return pobjTree.isValid(); }
+    QObject* object() const override { return nullptr; }
+    QWindow* window() const override { return pobjTree.window(); }
+    QAccessible::Role role() const override { return QAccessible::TreeItem; }
+
+    QAccessibleInterface* parent() const override {
+        Node* const parent = pobjNode.Parent();
+        return parent ? pobjTree.InterfaceOf(*parent) : &pobjTree;
+    }
+
+    int childCount() const override { return Rows().Model().rowCount(Index()); }
+
+    QAccessibleInterface* child(int index) const override {
+        Node* const node = TreeModel::NodeAt(Rows().Model().index(index, 0, Index()));
+        return node ? pobjTree.InterfaceOf(*node) : nullptr;
+    }
+
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        const auto* const item = dynamic_cast<const NodeAccessibility*>(child);
+        return item && item->pobjNode.Parent() == &pobjNode ? item->Index().row() : -1;
+    }
+
+    QAccessibleInterface* childAt(int, int) const override { return nullptr; }
+
+    QString text(QAccessible::Text text) const override {
+        if (text == QAccessible::Name) {
+            const bool blank = pobjNode.Text().trimmed().isEmpty();
+            return blank ? QStringLiteral("(empty)") : pobjNode.Text();
+        }
+        if (text == QAccessible::Description) {
+            int level = 1;
+            for (const Node* each = pobjNode.Parent(); each; each = each->Parent()) {
+                ++level;
+            }
+            const QModelIndex index = Index();
+            return QStringLiteral("Level %1, %2 of %3")
+                .arg(level)
+                .arg(index.row() + 1)
+                .arg(Rows().Model().rowCount(index.parent()));
+        }
+        return {};
+    }
+
+    void setText(QAccessible::Text, const QString&) override {}
+
+    QRect rect() const override {
+        const std::vector<Node*> rows = Rows().RowsInView();
+        if (std::find(rows.begin(), rows.end(), &pobjNode) == rows.end()) {
+            return {};
+        }
+        const QRect row = Rows().visualRect(Index());
+        return {Rows().viewport()->mapToGlobal(row.topLeft()), row.size()};
+    }
+
+    QAccessible::State state() const override {
+        const std::vector<Node*> rows = Rows().RowsInView();
+        QAccessible::State state;
+        state.disabled = !Rows().isEnabled();
+        state.invisible = &TreeRows::NearestShown(pobjNode) != &pobjNode || !Rows().isVisible();
+        state.offscreen = std::find(rows.begin(), rows.end(), &pobjNode) == rows.end();
+        state.selectable = true;
+        state.selected = pobjNode.Selected();
+        state.focusable = true;
+        state.focused = pobjNode.Selected() && Rows().hasFocus();
+        state.checkable = true;
+        state.checked = pobjNode.Checked();
+        state.expandable = Rows().Model().hasChildren(Index());
+        state.expanded = state.expandable && pobjNode.Expanded();
+        state.collapsed = state.expandable && !pobjNode.Expanded();
+        return state;
+    }
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ActionInterface) {
+            return static_cast<QAccessibleActionInterface*>(this);
+        }
+        return nullptr;
+    }
+
+    QStringList actionNames() const override {
+        if (!Rows().isEnabled()) {
+            return {};
+        }
+        QStringList names{pressAction(), toggleAction()};
+        if (Rows().Model().hasChildren(Index())) {
+            names.append(pobjNode.Expanded() ? CollapseAction : ExpandAction);
+        }
+        return names;
+    }
+
+    void doAction(const QString& name) override {
+        if (!actionNames().contains(name)) {
+            return;
+        }
+        if (name == pressAction()) {
+            Rows().Choose(pobjNode);
+        } else if (name == toggleAction()) {
+            Rows().ToggleCheck(pobjNode);
+        } else {
+            Rows().ToggleBranch(pobjNode);
+        }
+    }
+
+    QStringList keyBindingsForAction(const QString&) const override { return {}; }
+
+private:
+    TreeRows& Rows() const { return *pobjTree.Rows(); }
+    QModelIndex Index() const { return Rows().Model().IndexOf(pobjNode); }
+
+    TreeAccessibility& pobjTree;
+    Node& pobjNode;
+};
+
+QAccessibleInterface* PresentTreeRows(const QString& className, QObject* object) {
+    if (className != QLatin1StringView(TreeRows::staticMetaObject.className())) {
+        return nullptr;
+    }
+    return new TreeAccessibility(*static_cast<TreeRows*>(object));
+}
+
+/// The object to announce for a node, or null if nobody listens.
+QAccessibleInterface* Listening(TreeRows& rows, const Node& node) {
+    if (!QAccessible::isActive() || !rows.Reachable()) {
+        return nullptr;
+    }
+    auto* const tree =
+        dynamic_cast<TreeAccessibility*>(QAccessible::queryAccessibleInterface(&rows));
+    return tree ? tree->InterfaceOf(node) : nullptr;
+}
+
+} // namespace
+
+void TreeAccessibility::Install() {
+    QAccessible::installFactory(PresentTreeRows);
+}
+
+void TreeAccessibility::AnnounceFocus(TreeRows& rows, const Node& node) {
+    QAccessibleInterface* const item = Listening(rows, node);
+    if (!item) {
+        return;
+    }
+    QAccessibleEvent focus(item, QAccessible::Focus);
+    QAccessible::updateAccessibility(&focus);
+    QAccessibleEvent selection(item, QAccessible::Selection);
+    QAccessible::updateAccessibility(&selection);
+}
+
+void TreeAccessibility::AnnounceCheck(TreeRows& rows, const Node& node) {
+    QAccessibleInterface* const item = Listening(rows, node);
+    if (!item) {
+        return;
+    }
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent event(item, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+void TreeAccessibility::AnnounceBranch(TreeRows& rows, const Node& node) {
+    QAccessibleInterface* const item = Listening(rows, node);
+    if (!item) {
+        return;
+    }
+    QAccessible::State changed;
+    changed.expanded = true;
+    QAccessibleStateChangeEvent event(item, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
+TreeAccessibility::TreeAccessibility(TreeRows& rows) : QAccessibleWidget(&rows, QAccessible::Tree) {
+    rows.SetAccessibility(this);
+}
+
+TreeAccessibility::~TreeAccessibility() {
+    ForgetAll();
+    if (TreeRows* const rows = Rows()) {
+        rows->SetAccessibility(nullptr);
+    }
+}
+
+TreeRows* TreeAccessibility::Rows() const {
+    return qobject_cast<TreeRows*>(object());
+}
+
+QAccessibleInterface* TreeAccessibility::InterfaceOf(const Node& node) {
+    if (const auto known = phndNodes.constFind(&node); known != phndNodes.constEnd()) {
+        return QAccessible::accessibleInterface(*known);
+    }
+    auto* const item = new NodeAccessibility(*this, const_cast<Node&>(node));
+    phndNodes.insert(&node, QAccessible::registerAccessibleInterface(item));
+    return item;
+}
+
+void TreeAccessibility::Forget(const Node& node) {
+    if (const auto known = phndNodes.constFind(&node); known != phndNodes.constEnd()) {
+        QAccessible::deleteAccessibleInterface(*known);
+        phndNodes.erase(known);
+    }
+}
+
+void TreeAccessibility::ForgetAll() {
+    for (const QAccessible::Id id : std::as_const(phndNodes)) {
+        QAccessible::deleteAccessibleInterface(id);
+    }
+    phndNodes.clear();
+}
+
+int TreeAccessibility::childCount() const {
+    return Rows()->Reachable() ? Rows()->Model().rowCount() : 0;
+}
+
+QAccessibleInterface* TreeAccessibility::child(int index) const {
+    Node* const node = TreeModel::NodeAt(Rows()->Model().index(index, 0));
+    return node && Rows()->Reachable() ? const_cast<TreeAccessibility*>(this)->InterfaceOf(*node)
+                                       : nullptr;
+}
+
+int TreeAccessibility::indexOfChild(const QAccessibleInterface* child) const {
+    const auto* const item = dynamic_cast<const NodeAccessibility*>(child);
+    return item && !item->Subject().Parent() ? Rows()->Model().IndexOf(item->Subject()).row() : -1;
+}
+
+QAccessibleInterface* TreeAccessibility::childAt(int x, int y) const {
+    const QPoint position = Rows()->viewport()->mapFromGlobal(QPoint(x, y));
+    Node* const node = Rows()->RowAt(position);
+    return node && Rows()->Reachable() ? const_cast<TreeAccessibility*>(this)->InterfaceOf(*node)
+                                       : nullptr;
+}
+
+QAccessibleInterface* TreeAccessibility::focusChild() const {
+    Node* const node = Rows()->Selected();
+    return node && Rows()->hasFocus() ? const_cast<TreeAccessibility*>(this)->InterfaceOf(*node)
+                                      : nullptr;
+}
+
+QAccessible::State TreeAccessibility::state() const {
+    QAccessible::State state = QAccessibleWidget::state();
+    if (!Rows()->Reachable()) {
+        state.invisible = true;
+        state.focusable = false;
+    }
+    return state;
+}
+
+} // namespace rivenfall

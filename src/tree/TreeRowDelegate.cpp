@@ -1,0 +1,33 @@
+#include "tree/TreeRowDelegate.h"
+
+#include <QPainter>
+#include <QWidget>
+
+namespace rivenfall {
+
+TreeRowDelegate::TreeRowDelegate(QObject* parent) : QStyledItemDelegate(parent) {}
+
+QRect TreeRowDelegate::CheckBox(QStyleOptionViewItem option, const QModelIndex& index) const {
+    initStyleOption(&option, index);
+    return option.widget->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option,
+                                                  option.widget);
+}
+
+void TreeRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const {
+    QStyledItemDelegate::paint(painter, option, index);
+    // Some styles draw an outline that vanishes on dark and on selected rows.
+    painter->save();
+    QColor outline = option.palette.color(QPalette::Text);
+    outline.setAlphaF(0.5F);
+    painter->setPen(outline);
+    painter->drawRect(CheckBox(option, index).adjusted(0, 0, -1, -1));
+    painter->restore();
+}
+
+bool TreeRowDelegate::editorEvent(QEvent*, QAbstractItemModel*, const QStyleOptionViewItem&,
+                                  const QModelIndex&) {
+    return false;
+}
+
+} // namespace rivenfall

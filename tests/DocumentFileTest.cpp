@@ -1,0 +1,46 @@
+#include "CoreHarness.h"
+
+#include "document/DocumentFile.h"
+
+using namespace rivenfall;
+
+namespace {
+
+const std::vector<Sketch> SomeCompilers = Sketches("cc(-o(a,!b),!-g),!ld");
+const std::vector<Sketch> SomeVariables = Sketches("FILE1(x,y),!~");
+
+class DocumentFileTest : public testing::Test {
+protected:
+    QString Path(const QString& name) const { return Folder.filePath(name); }
+
+    QTemporaryDir Folder;
+};
+
+TEST_F(DocumentFileTest, DamageAtAnyByteIsNoticedOrHarmless) {
+    const QByteArray image = DocumentImage(SomeCompilers, SomeVariables);
+    const QString path = Path(u"damaged"_qs);
+    for (qsizetype position = 0; position < image.size(); ++position) {
+        DocumentContent content;
+        StoreBytes(path, image.left(position));
+        EXPECT_NE(ReadDocumentFile(path, content), QString()) << position;
+        QByteArray damaged = image;
+        damaged[position] = static_cast<char>(damaged[position] ^ (position % 2 ? 0x20 : 0xFF));
+        StoreBytes(path, damaged);
+        DocumentContent other;
+        if (ReadDocumentFile(path, other).isEmpty()) {
+            EXPECT_LE(static_cast<size_t>(other.Compilers.Count()), SomeCompilers.size());
+        }
+    }
+}
+
+TEST_F(DocumentFileTest, AProcessKilledWhileItSavesLeavesTheOldFileWhole) {
+    const QString path = StoreBytes(Path(u"old.tvq"_qs), DocumentImage(SomeCompilers));
+    DataNodes compilers, variables;
+    compilers.Add(QString(100000, u'v'));
+    const AwaitedChildren children;
+    EXPECT_EXIT(WithFileSizeLimit(50000, [&] { WriteDocumentFile(path, compilers, variables); }),
+                testing::KilledBySignal(SIGXFSZ), "");
+    EXPECT_EQ(BytesOf(path), DocumentImage(SomeCompilers));
+}
+
+} // namespace

@@ -1,0 +1,202 @@
+#include "CoreHarness.h"
+
+#include "system/CommandLine.h"
+#include "system/Process.h"
+#include "system/PropertyBag.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace rivenfall;
+
+namespace {
+
+TEST(CommandLineTest, QuotesOnlyWhatNeedsIt) {
+    // Items with "|" between them, and their command line.
+    const std::pair<const char*, const char*> cases[] = {
+        {"a|-b=$c*>'x'", "a -b=$c*>'x'"},      {"|", R"("" "")"},
+        {"a b|c\td", "\"a b\" \"c\td\""},      {"l1\nl2\r|x", "\"l1\nl2\r\" x"},
+        {R"(C:\dir\|x)", R"(C:\dir\ x)"},      {R"(C:\my dir\|x)", R"("C:\my dir\\" x)"},
+        {R"(a"b|a\"b)", R"("a\"b" "a\\\"b")"}, {R"(\\ \\|)", R"("\\ \\\\" "")"}};
+    const auto split = [](const char* text) {
+        return SplitCommandLine(QString::fromUtf8(text)).join(u'|').toStdString();
+    };
+    for (const auto& [items, text] : cases) {
+        EXPECT_EQ(JoinCommandLine(QString::fromUtf8(items).split(u'|')).toStdString(), text);
+        EXPECT_EQ(split(text), items);
+    }
+    EXPECT_EQ(split("  a \t\r\n b  "), "a|b");
+    EXPECT_EQ(split(R"(a"b c"d "" 'e f')"), "ab cd||'e|f'");
+    EXPECT_EQ(split(R"("never closed \\ \x)"), R"(never closed \\ \x)");
+    EXPECT_EQ(split(R"(\" \\"a b" \\\"c d)"), R"("|\a b|\"c|d)");
+    EXPECT_EQ(split(""), "");
+}
+
+TEST(CommandLineTest, GivesEveryItemBack) {
+    const QString alphabet = u"a\\\\\" \t\n'$\u0436"_qs;
+    QRandomGenerator random(20);
+    for (int round = 0; round < 20000; ++round) {
+        QStringList items;
+        for (int count = random.bounded(1, 4); count > 0; --count) {
+            items += QString();
+            for (int length = random.bounded(8); length > 0; --length) {
+                items.last() += alphabet[random.bounded(static_cast<int>(alphabet.size()))];
+            }
+        }
+        ASSERT_EQ(SplitCommandLine(JoinCommandLine(items)), items)
+            << JoinCommandLine(items).toStdString();
+    }
+}
+
+/// Starts @p items with a silent standard input and gives what they print until their output ends.
+QByteArray OutputOf(const QStringList& items) {
+    Handle inputRead = 0, inputWrite = 0, outputRead = 0, process = 0;
+    StandardStreams streams;
+    EXPECT_TRUE(CreatePipe(inputRead, inputWrite) && CreatePipe(outputRead, streams.Output));
+    streams.Input = DuplicateHandle(inputRead);
+    CloseHandle(inputRead);
+    streams.Error = streams.Output;
+    EXPECT_TRUE(CreateProcess(JoinCommandLine(items), streams, process)) << LastError();
+    CloseHandle(streams.Input);
+    CloseHandle(streams.Output);
+    QByteArray output;
+    char buffer[64];
+    int count = 0;
+    for (ReadOutcome outcome = ReadOutcome::Nothing; outcome != ReadOutcome::End;) {
+        outcome = ReadFile(outputRead, buffer, 64, count);
+        EXPECT_EQ(outcome == ReadOutcome::Data, count > 0);
+        output.append(buffer, count);
+        if (outcome == ReadOutcome::Nothing) {
+            usleep(200);
+        }
+    }
+    CloseHandle(inputWrite);
+    CloseHandle(outputRead);
+    return output;
+}
+
+QByteArray OutputOfScript(const char* script, const QStringList& arguments = {}) {
+    return OutputOf(QStringList{u"sh"_qs, u"-c"_qs, QString::fromUtf8(script)} + arguments);
+}
+
+TEST(ProcessTest, AChildHasThreeStreamsAndCleanSignals) {
+    const auto formerAction = std::signal(SIGUSR2, SIG_IGN);
+    sigset_t blocked, formerMask;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGUSR1);
+    sigprocmask(SIG_BLOCK, &blocked, &formerMask);
+    const int openWithoutCloseOnExec = dup(STDOUT_FILENO);
+    const QByteArray state = OutputOfScript(
+        "ls /proc/$$/fd; grep -E 'Sig(Blk|Ign)' /proc/$$/status; timeout 0.2 head -c1; echo $?; "
+        "for i in 1 2 3; do echo o$i; echo e$i >&2; done");
+    close(openWithoutCloseOnExec);
+    sigprocmask(SIG_SETMASK, &formerMask, nullptr);
+    std::signal(SIGUSR2, formerAction);
+    EXPECT_EQ(QString::fromUtf8(state).simplified().toStdString(),
+              "0 1 2 SigBlk: 0000000000000000 SigIgn: 0000000000000000 124 "
+              "o1 e1 o2 e2 o3 e3");
+}
+
+TEST(ProcessTest, TellsWhyNothingWasStarted) {
+    QTemporaryDir folder;
+    const QString plain = StoreBytes(folder.filePath(u"plain"_qs), "#!/bin/sh\n");
+    const std::pair<QString, int> cases[] = {{u"rivenfall-no-such-program x"_qs, ENOENT},
+                                             {QString(), ENOENT},
+                                             {u"\"\" x"_qs, ENOENT},
+                                             {plain, EACCES},
+                                             {folder.path(), EACCES},
+                                             {plain + u"/x"_qs, ENOTDIR},
+                                             {u"echo a"_qs + QChar::Null + u"b"_qs, EINVAL}};
+    const int before = OpenDescriptors();
+    for (const auto& [commandLine, error] : cases) {
+        Handle process = 0;
+        EXPECT_FALSE(CreateProcess(commandLine, {0, 1, 2}, process));
+        EXPECT_EQ(LastError(), error) << commandLine.toStdString();
+    }
+    EXPECT_EQ(OpenDescriptors(), before);
+}
+
+TEST(ProcessTest, FiveHundredChildrenLeaveNothingBehind) {
+    OutputOf({u"true"_qs});
+    const int before = OpenDescriptors();
+    for (int count = 0; count < 500; ++count) {
+        OutputOf({u"true"_qs});
+    }
+    // These close their output long before they end.
+    for (int count = 0; count < 10; ++count) {
+        OutputOfScript("exec >&- 2>&-; sleep 0.1");
+    }
+    EXPECT_EQ(OpenDescriptors(), before);
+    // Not even an ended child that still waits for somebody to ask how it went.
+    for (int wait = 0; wait < 1000 && waitpid(-1, nullptr, WNOHANG) != -1; ++wait) {
+        usleep(10'000);
+    }
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
+TEST(PropertyBagTest, WritesTheseBytes) {
+    PropertyBag bag;
+    bag.WriteProperty("Value", QString::fromUtf8("é"));
+    bag.WriteProperty("Active", true, true);
+    bag.WriteProperty("Off", false, true);
+    bag.WriteProperty("On", true);
+    bag.WriteProperty("B", QByteArray("\0\xFF", 2));
+    bag.WriteProperty("Empty", QString());
+    EXPECT_EQ(bag.Contents().toHex(),
+              "a56556616c756562c3a9634f6666f4624f6ef561424200ff65456d70747960");
+    const QString cases = u"0 00 23 17 24 1818 255 18ff 256 190100 65535 19ffff 65536 1a00010000 "
+                          "2147483647 1a7fffffff -1 20 -24 37 -25 3818 -2147483648 3a7fffffff"_qs;
+    const QStringList words = cases.split(u' ');
+    for (int word = 0; word < words.size(); word += 2) {
+        const int number = words[word].toInt();
+        PropertyBag one, read;
+        one.WriteProperty("n", number);
+        EXPECT_EQ(one.Contents().toHex(), QByteArray("a1616e") + words[word + 1].toLatin1());
+        read.SetContents(one.Contents() + "bytes behind the image");
+        EXPECT_EQ(read.ReadProperty("n"), QVariant(number));
+        EXPECT_EQ(read.Contents(), one.Contents());
+    }
+}
+
+TEST(PropertyBagTest, FindsNamesInAnyOrder) {
+    PropertyBag bag, read;
+    for (int number = 1; number <= 300; ++number) {
+        bag.WriteProperty("Item" + QByteArray::number(number), number);
+    }
+    EXPECT_EQ(bag.Contents().left(3).toHex(), "b9012c");
+    read.WriteProperty("Old", 1);
+    read.SetContents(bag.Contents());
+    for (int number : {300, 1, 150, 2, 3, 151, 299}) {
+        EXPECT_EQ(read.ReadProperty("Item" + QByteArray::number(number)), QVariant(number));
+    }
+    EXPECT_EQ(read.ReadProperty("Old"), QVariant());
+    read.WriteProperty("Item301", 6);
+    EXPECT_EQ(read.ReadProperty("Item301", 5), QVariant(6));
+    EXPECT_EQ(read.ReadProperty("Item302", 5), QVariant(5));
+    EXPECT_EQ(read.Contents().size(), bag.Contents().size() + 9);
+    read.WriteProperty("Item7", 0);
+    EXPECT_EQ(read.ReadProperty("Item7"), QVariant(7));
+}
+
+TEST(PropertyBagTest, RefusesWhatIsNoImage) {
+    const QByteArray images(
+        "|00|60|80|bf|a1|a161|a16161|a1616118|bb7fffffffffffffff|a10000|ff|a1616f|"
+        "a17bffffffffffffffff|a161615bffffffffffffffff|a161615affffffff00|"
+        "a161617b7fffffffffffffff61|a1616162c328|a161611a80000000|a161611c|"
+        "a161613a80000000|a161611b0000000100000000|a16161f6|a16161f0|a14161f4|"
+        "a16161f93c00|a16161a0|a1616180|a16161c100|a161615f4161ff");
+    for (const QByteArray& bytes : images.split('|')) {
+        PropertyBag bag;
+        bag.WriteProperty("Old", 1);
+        EXPECT_THROW(bag.SetContents(QByteArray::fromHex(bytes)), PropertyBagError)
+            << bytes.toStdString();
+        EXPECT_EQ(bag.Contents().toHex(), "a0");
+    }
+}
+
+} // namespace

@@ -1,0 +1,131 @@
+#include "tree/TreeView.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QTest>
+#include <QTreeView>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace rivenfall;
+
+namespace {
+
+/// A tree in a shown window, with a log of its events: "click KEY, check KEY" and so on.
+class TreeTest : public testing::Test {
+protected:
+    TreeTest() {
+        pobjWindow.resize(400, 200);
+        pobjTree.Move(0, 0, 6000, 3000);
+        Record("click", &TreeView::NodeClick);
+        Record("check", &TreeView::NodeCheck);
+        Record("expand", &TreeView::Expand);
+        Record("collapse", &TreeView::Collapse);
+        pobjWindow.show();
+        pobjTree.SetFocus();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&pobjWindow));
+    }
+
+    void Record(const char* event, void (TreeView::*signal)(Node&)) {
+        QObject::connect(&pobjTree, signal, &pobjWindow, [this, event](Node& node) {
+            pstrLog.append(QLatin1StringView(event) + u' ' + node.Key());
+        });
+    }
+
+    /// Makes @p roots branches "1", "2", ... of @p children nodes "1.1", "1.2", ... each, all open.
+    void Fill(int roots, int children) {
+        pobjTree.Nodes().Clear();
+        for (int root = 1; root <= roots; ++root) {
+            const QString key = QString::number(root);
+            pobjTree.Nodes().Add(key, QLatin1StringView("root ") + key).SetExpanded(true);
+            for (int child = 1; child <= children; ++child) {
+                const QString below = key + u'.' + QString::number(child);
+                pobjTree.Nodes().Add(key, tvwChild, below, QLatin1StringView("child ") + below);
+            }
+        }
+    }
+
+    Node& At(const char* key) { return *pobjTree.Nodes().Item(QString::fromLatin1(key)); }
+    QString Selected() { return pobjTree.SelectedItem()->Key(); }
+    std::string TakeLog() { return std::exchange(pstrLog, {}).join(u", ").toStdString(); }
+    QTreeView* View() { return static_cast<QTreeView*>(pobjTree.Widget()); }
+    QWidget* Port() { return View()->viewport(); }
+    /// The middle of the label, the check box or the expander of a row in view.
+    enum Spot { Label = 60, Box = 8, Expander = -10 };
+    QPoint Find(const char* key, Spot spot) {
+        const std::vector<Node*> rows = pobjTree.RowsInView();
+        const auto row = std::find(rows.begin(), rows.end(), &At(key)) - rows.begin();
+        const int left = View()->indentation() * (At(key).Parent() ? 2 : 1);
+        return {left + spot, View()->sizeHintForRow(0) * (2 * static_cast<int>(row) + 1) / 2};
+    }
+    void Click(const char* key, Spot spot, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::mouseClick(Port(), Qt::LeftButton, modifiers, Find(key, spot));
+    }
+    void DoubleClick(const char* key, Spot spot) {
+        Click(key, spot);
+        QTest::mouseDClick(Port(), Qt::LeftButton, {}, Find(key, spot));
+        QTest::mouseRelease(Port(), Qt::LeftButton, {}, Find(key, spot));
+    }
+    void Drag(const QPoint& from, const QPoint& to) {
+        QTest::mousePress(Port(), Qt::LeftButton, {}, from);
+        QTest::mouseMove(Port(), to);
+        QTest::mouseRelease(Port(), Qt::LeftButton, {}, to);
+    }
+    void Press(int key) { QTest::keyClick(pobjTree.Widget(), static_cast<Qt::Key>(key)); }
+
+    QWidget pobjWindow;
+    TreeView pobjTree{&pobjWindow};
+    QStringList pstrLog;
+};
+
+TEST_F(TreeTest, MouseSelectsChecksAndOpens) {
+    Fill(2, 2);
+    At("2").SetSelected(true);
+    Click("1.1", Label);
+    Click("1.1", Label, Qt::ControlModifier);
+    EXPECT_EQ(TakeLog(), "click 1.1, click 1.1");
+    QTest::mouseClick(Port(), Qt::LeftButton, Qt::ControlModifier, {200, 180});
+    EXPECT_TRUE(View()->selectionModel()->isSelected(View()->currentIndex()));
+    Drag(Find("1.1", Label), Find("1.2", Label));
+    EXPECT_EQ(TakeLog(), "click 1.1, click 1.2");
+    Click("2.2", Box);
+    DoubleClick("2.1", Box);
+    EXPECT_FALSE(At("2.1").Checked());
+    EXPECT_EQ(TakeLog(), "check 2.2, check 2.1, check 2.1");
+    Drag(Find("2", Expander), Find("2", Expander) + QPoint(1, 1));
+    EXPECT_EQ(Selected(), u"1.2");
+    EXPECT_EQ(TakeLog(), "collapse 2");
+    DoubleClick("2", Label);
+    EXPECT_EQ(TakeLog(), "click 2, expand 2");
+    QObject::connect(&pobjTree, &TreeView::NodeClick, &pobjWindow, [this] { Fill(3, 5); });
+    Click("2", Label);
+    EXPECT_EQ(pobjTree.Nodes().Count(), 18);
+}
+
+TEST_F(TreeTest, ScreenReadersFindNestedItemsAndActAsTheUser) {
+    Fill(2, 2);
+    At("2.2").SetSelected(true);
+    pobjTree.Nodes().Add(u"blank"_qs, QString(64, u' '));
+    QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(View());
+    ASSERT_EQ(tree->childCount(), 3);
+    EXPECT_EQ(tree->child(2)->text(QAccessible::Name), u"(empty)");
+    QAccessibleInterface* root = tree->child(1);
+    QAccessibleInterface* item = root->child(1);
+    EXPECT_EQ(item->text(QAccessible::Description), u"Level 2, 2 of 2");
+    EXPECT_EQ(tree->focusChild(), item);
+    EXPECT_TRUE(tree->childAt(item->rect().center().x(), item->rect().center().y()) == item);
+    root->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    item->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    root->actionInterface()->doAction(root->actionInterface()->actionNames().last());
+    EXPECT_EQ(TakeLog(), "click 2.1, check 2.2, collapse 2");
+    EXPECT_TRUE(item->state().checked && item->state().invisible && root->state().collapsed);
+    const QAccessible::Id id = QAccessible::uniqueId(item);
+    pobjTree.Nodes().Remove(u"2"_qs);
+    EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
+    pobjTree.SetReachable(false);
+    EXPECT_EQ(tree->childCount(), 0);
+}
+
+} // namespace
