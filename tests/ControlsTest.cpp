@@ -14,11 +14,11 @@ namespace {
 
 TEST(FileDialogTest, FilesAreChosenInARealDialog) {
     QTemporaryDir folder;
-    const QString present = StoreBytes(folder.filePath(u"present.tvq"_qs), "x");
+    const QString present = StoreBytes(folder.filePath(u"present.tvq"_s), "x");
     FileDialog dialog;
-    dialog.SetDialogTitle(u"Choose"_qs);
-    dialog.SetDefaultExtension(u".tvq"_qs);
-    dialog.SetDialogFilter(u"Documents|*.tvq"_qs);
+    dialog.SetDialogTitle(u"Choose"_s);
+    dialog.SetDefaultExtension(u".tvq"_s);
+    dialog.SetDialogFilter(u"Documents|*.tvq"_s);
     dialog.SetInitialDirectory(folder.path());
     const auto answer = [&](bool open, const QString& name) {
         dialog.SetDialogFlag3(open);
@@ -40,11 +40,11 @@ TEST(FileDialogTest, FilesAreChosenInARealDialog) {
     answer(true, present);
     EXPECT_FALSE(dialog.Cancelled());
     EXPECT_EQ(dialog.FileName(), present);
-    answer(false, u"new"_qs);
-    EXPECT_EQ(dialog.FileName(), folder.filePath(u"new.tvq"_qs));
+    answer(false, u"new"_s);
+    EXPECT_EQ(dialog.FileName(), folder.filePath(u"new.tvq"_s));
     answer(true, {});
     EXPECT_TRUE(dialog.Cancelled());
-    EXPECT_EQ(dialog.FileName(), folder.filePath(u"new.tvq"_qs));
+    EXPECT_EQ(dialog.FileName(), folder.filePath(u"new.tvq"_s));
 }
 
 TEST(MultiLineTextBoxTest, ShowsEveryKindOfLineBreakOnce) {
@@ -55,10 +55,10 @@ TEST(MultiLineTextBoxTest, ShowsEveryKindOfLineBreakOnce) {
     }
     auto* edit = static_cast<QPlainTextEdit*>(box.Widget());
     EXPECT_EQ(edit->toPlainText().toStdString(), "a\nb\nc\nd\n\n\n");
-    QTest::keyClicks(edit, u"xyz"_qs);
+    QTest::keyClicks(edit, u"xyz"_s);
     EXPECT_EQ(box.Text().toStdString(), "a\r\nb\nc\rd\r\n\r\n\r\r");
     EXPECT_EQ(box.TextLength(), 14);
-    box.SetText(u"\nnew"_qs);
+    box.SetText(u"\nnew"_s);
     EXPECT_EQ(edit->toPlainText().toStdString(), "\nnew");
     box.SetSelStartToEnd();
     EXPECT_EQ(edit->textCursor().position(), 4);

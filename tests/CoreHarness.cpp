@@ -64,8 +64,8 @@ QByteArray DocumentImage(const std::vector<Sketch>& compilers,
     content.WriteProperty("Variables", CollectionImage(variables, 1));
     PropertyBag file;
     file.WriteProperty("_FileFormatDescription",
-                       u"OMRA Rivenfall Compiler Controller File Version 0.2"_qs);
-    file.WriteProperty("_FileFormatIdentification", u"TAVQEF#0003"_qs);
+                       u"OMRA Rivenfall Compiler Controller File Version 0.2"_s);
+    file.WriteProperty("_FileFormatIdentification", u"TAVQEF#0003"_s);
     file.WriteProperty("_Content", content.Contents());
     return file.Contents();
 }
@@ -91,12 +91,12 @@ QByteArray BytesOf(const QString& path) {
 
 QString Frame(const QString& issue, const QString& result) {
     const QString dashes(53, u'-');
-    return u"# /"_qs + dashes + u"\r\n# | "_qs + issue + u"\r\n# | ["_qs + result +
-           u"]\r\n# \\"_qs + dashes + u"\r\n"_qs;
+    return u"# /"_s + dashes + u"\r\n# | "_s + issue + u"\r\n# | ["_s + result + u"]\r\n# \\"_s +
+           dashes + u"\r\n"_s;
 }
 
 int OpenDescriptors() {
-    return static_cast<int>(QDir(u"/proc/self/fd"_qs).entryList().size());
+    return static_cast<int>(QDir(u"/proc/self/fd"_s).entryList().size());
 }
 
 void WithFileSizeLimit(quint64 bytes, const std::function<void()>& act) {

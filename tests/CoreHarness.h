@@ -17,6 +17,8 @@ inline void PrintTo(const QString& text, std::ostream* stream) {
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 /// Lets this process wait for its children while it lives; the program has them go unasked.
 struct AwaitedChildren {
     AwaitedChildren() {

@@ -77,7 +77,7 @@ TEST_F(DataTest, MovesANodeToAPosition) {
     QStringList asked;
     const MessageBoxHandler former =
         SetMessageBoxHandler([&](const QString& text, MessageBoxStyle style, const QString& title) {
-            asked += u"%1|%2|%3"_qs.arg(text).arg(static_cast<int>(style)).arg(title);
+            asked += u"%1|%2|%3"_s.arg(text).arg(static_cast<int>(style)).arg(title);
             return MessageBoxAnswer::Ok;
         });
     Grow(Root, Sketches("a,b,c"));
@@ -99,7 +99,7 @@ TEST_F(DataTest, MovesANodeToAPosition) {
 
 TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {
     QTemporaryDir folder;
-    const QString path = StoreBytes(folder.filePath(u"a.tvq"_qs),
+    const QString path = StoreBytes(folder.filePath(u"a.tvq"_s),
                                     DocumentImage(Sketches("c(p(a,!b,c))"), Sketches("V(a,b)")));
     DocumentContent content;
     ASSERT_EQ(ReadDocumentFile(path, content).toStdString(), "");
@@ -117,7 +117,7 @@ TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {
     EXPECT_EQ(OrderOf(values), "b-c-a");
     values.Item(1)->SetActive(true);
     EXPECT_EQ(OrderOf(values), "bc-a-");
-    content.Variables.Item(1)->Childs()->Add(u"c"_qs);
+    content.Variables.Item(1)->Childs()->Add(u"c"_s);
     EXPECT_EQ(OrderOf(*content.Variables.Item(1)->Childs()), "a-b-c");
 }
 

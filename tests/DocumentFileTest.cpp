@@ -18,7 +18,7 @@ protected:
 
 TEST_F(DocumentFileTest, DamageAtAnyByteIsNoticedOrHarmless) {
     const QByteArray image = DocumentImage(SomeCompilers, SomeVariables);
-    const QString path = Path(u"damaged"_qs);
+    const QString path = Path(u"damaged"_s);
     for (qsizetype position = 0; position < image.size(); ++position) {
         DocumentContent content;
         StoreBytes(path, image.left(position));
@@ -34,7 +34,7 @@ TEST_F(DocumentFileTest, DamageAtAnyByteIsNoticedOrHarmless) {
 }
 
 TEST_F(DocumentFileTest, AProcessKilledWhileItSavesLeavesTheOldFileWhole) {
-    const QString path = StoreBytes(Path(u"old.tvq"_qs), DocumentImage(SomeCompilers));
+    const QString path = StoreBytes(Path(u"old.tvq"_s), DocumentImage(SomeCompilers));
     DataNodes compilers, variables;
     compilers.Add(QString(100000, u'v'));
     const AwaitedChildren children;

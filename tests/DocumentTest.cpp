@@ -42,7 +42,7 @@ protected:
         return DocumentImage(SketchOf(Program().Compilers()), SketchOf(Program().Variables()));
     }
     bool OpenBytes(const QByteArray& bytes) {
-        return Program().FileOpen(StoreBytes(Path(u"other.tvq"_qs), bytes));
+        return Program().FileOpen(StoreBytes(Path(u"other.tvq"_s), bytes));
     }
     std::string TakeAsked() { return std::exchange(TheUser.Asked, {}).join(u'/').toStdString(); }
     std::string Names() {
@@ -53,7 +53,7 @@ protected:
 
 TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
     Program().FileNew();
-    const QString path = Path(u"näw file.tvq"_qs);
+    const QString path = Path(u"näw file.tvq"_s);
     TheUser.Files = {path};
     EXPECT_TRUE(Program().FileSave());
     EXPECT_EQ(BytesOf(path), DocumentImage(Sketches("~(~(${FILE1}))"), Sketches("FILE1(~)")));
@@ -64,7 +64,7 @@ TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
     EXPECT_EQ(Content(), image);
     Program().Compilers()->Item(1)->SetExpanded(false);
     EXPECT_TRUE(Program().FileSave());
-    EXPECT_EQ(BytesOf(Path(u"other.tvq"_qs)), image);
+    EXPECT_EQ(BytesOf(Path(u"other.tvq"_s)), image);
     EXPECT_TRUE(Program().FileOpen(path));
     EXPECT_EQ(Program().FileTitle().toStdString(), "näw file.tvq");
     EXPECT_TRUE(OpenBytes(image));
@@ -74,7 +74,7 @@ TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
 
 TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
     const QByteArray none = CollectionImage({}, 0);
-    const QVariant third = u"TAVQEF#0003"_qs, empty = u""_qs;
+    const QVariant third = u"TAVQEF#0003"_s, empty = u""_s;
     const auto withCompilers = [&](const QVariant& compilers) {
         return Bag({{"_FileFormatIdentification", third},
                     {"_Content", Bag({{"Compilers", compilers}, {"Variables", none}})}});
@@ -90,12 +90,12 @@ TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
         "\xA0",
         Bag({{"Count", -1}}),
         Bag({{"Count", 2147483647}}),
-        Bag({{"Count", u"1"_qs}}),
+        Bag({{"Count", u"1"_s}}),
         QByteArray::fromHex("a165436f756e743b00000000ffffffff"),
         Bag({{"Count", 0}, {"_FileFormatIdentification", 1}}),
-        Bag({{"Count", 0}, {"_FileFormatIdentification", u"TAVQEF#0004"_qs}}),
-        Bag({{"Count", 0}, {"_FileFormatIdentification", u"TAVQEF#0002"_qs}}),
-        Bag({{"_Content", u"x"_qs}, {"_FileFormatIdentification", third}}),
+        Bag({{"Count", 0}, {"_FileFormatIdentification", u"TAVQEF#0004"_s}}),
+        Bag({{"Count", 0}, {"_FileFormatIdentification", u"TAVQEF#0002"_s}}),
+        Bag({{"_Content", u"x"_s}, {"_FileFormatIdentification", third}}),
         Bag({{"_Content", Bag({{"Compilers", none}})}, {"_FileFormatIdentification", third}}),
         withCompilers(1),
         withCompilers(QByteArray()),
@@ -110,7 +110,7 @@ TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
         withNode(Bag({{"Value", empty}, {"Active", 0}, {"Childs", none}})),
         withNode(Bag({{"Value", empty}, {"Childs", Bag({{"Count", -7}})}}))};
     const QString path =
-        StoreBytes(Path(u"good.tvq"_qs), DocumentImage(SomeCompilers, SomeVariables));
+        StoreBytes(Path(u"good.tvq"_s), DocumentImage(SomeCompilers, SomeVariables));
     ASSERT_TRUE(Program().FileOpen(path));
     Program().NodeMove(true);
     const QByteArray content = Content();
@@ -118,26 +118,26 @@ TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
         TheUser.Answers = {MessageBoxAnswer::No};
         EXPECT_FALSE(Program().FileOpen(Path(name)));
         EXPECT_EQ(TheUser.Asked.size(), 2) << name.toStdString();
-        EXPECT_TRUE(TheUser.Asked.last().startsWith(u"The file "_qs + Path(name) +
-                                                    u" can't be opened: "_qs));
+        EXPECT_TRUE(
+            TheUser.Asked.last().startsWith(u"The file "_s + Path(name) + u" can't be opened: "_s));
         EXPECT_EQ(TakeAsked().substr(0, 4), "The ") << "the question about changes comes first";
         EXPECT_EQ(Content(), content);
         EXPECT_EQ(Names(), "good.tvq good.tvq");
     };
     for (const QByteArray& bytes : broken) {
         SCOPED_TRACE(bytes.left(99).toHex().toStdString());
-        StoreBytes(Path(u"other.tvq"_qs), bytes);
-        expectRefused(u"other.tvq"_qs);
+        StoreBytes(Path(u"other.tvq"_s), bytes);
+        expectRefused(u"other.tvq"_s);
     }
-    QDir(Folder.path()).mkdir(u"folder"_qs);
-    ASSERT_EQ(mkfifo(Path(u"pipe"_qs).toUtf8().constData(), 0600), 0);
-    QFile(StoreBytes(Path(u"huge"_qs), "\xA0")).resize(1LL << 32);
+    QDir(Folder.path()).mkdir(u"folder"_s);
+    ASSERT_EQ(mkfifo(Path(u"pipe"_s).toUtf8().constData(), 0600), 0);
+    QFile(StoreBytes(Path(u"huge"_s), "\xA0")).resize(1LL << 32);
     for (const char* name : {"folder", "pipe", "huge", "none", "none/x", "good.tvq/x"}) {
         expectRefused(QLatin1StringView(name));
     }
     if (geteuid() != 0) { // root reads everything
-        QFile::setPermissions(Path(u"other.tvq"_qs), QFile::WriteOwner);
-        expectRefused(u"other.tvq"_qs);
+        QFile::setPermissions(Path(u"other.tvq"_s), QFile::WriteOwner);
+        expectRefused(u"other.tvq"_s);
     }
 }
 
@@ -145,7 +145,7 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
     const auto formerAction = std::signal(SIGXFSZ, SIG_IGN);
     for (const int length : {10, 100000}) {
         const QString path =
-            StoreBytes(Path(u"old.tvq"_qs), DocumentImage({Sketch(QString(length, u'v'))}));
+            StoreBytes(Path(u"old.tvq"_s), DocumentImage({Sketch(QString(length, u'v'))}));
         const QByteArray former = BytesOf(path);
         ASSERT_TRUE(Program().FileOpen(path));
         Program().NodeMove(true);
@@ -156,12 +156,12 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files).size(), 1);
         EXPECT_EQ(TakeAsked(), "The file " + path.toStdString() +
                                    " can't be saved: File too large.|48|" + Title);
-        QDir(Folder.path()).mkdir(u"folder"_qs);
+        QDir(Folder.path()).mkdir(u"folder"_s);
         for (const char* place : {"folder", "gone/new.tvq", "old.tvq/new.tvq"}) {
             TheUser.Files = {Path(QLatin1StringView(place))};
             EXPECT_FALSE(Program().FileSaveAs()) << place;
             EXPECT_TRUE(TheUser.Asked.last().startsWith(
-                u"The file "_qs + Path(QLatin1StringView(place)) + u" can't be saved: "_qs));
+                u"The file "_s + Path(QLatin1StringView(place)) + u" can't be saved: "_s));
             EXPECT_EQ(Names(), "old.tvq old.tvq");
         }
         TakeAsked();

@@ -34,17 +34,17 @@ TEST(ExpansionTest, ReplacesReferences) {
     const QString cases = uR"(~ ~ plain plain ${A} x a${A}b${A}c axbxc ${a} x ${B} xy ${C} ~ ${D} d2
         ${E} ~ ${NOPE} ~ x${NOPE}y xy ${F} acdb ${G} cabd ${H} hh ${F}${F} acdbacdb ${M} m2 ${N} ~
         ${A ${A ${A}-${B x-${B ${A${B} ~ ${A${B}} } }${A}{ }x{ $A $A $${A} $x ${} ~
-        ${P}{A} ${A} ${жУК} beetle ${Open}} ${A} ${X]}${X}} bracket})"_qs;
+        ${P}{A} ${A} ${жУК} beetle ${Open}} ${A} ${X]}${X}} bracket})"_s;
     const QStringList words = cases.simplified().replace(u'~', QString()).split(u' ');
     for (int word = 0; word < words.size(); word += 2) {
         EXPECT_EQ(VariableExpander(*variables).Expand(words[word]), words[word + 1])
             << words[word].toStdString();
     }
-    EXPECT_EQ(VariableExpander(*variables).Expand(u"${ A }"_qs), QString());
+    EXPECT_EQ(VariableExpander(*variables).Expand(u"${ A }"_s), QString());
     variables->Item(1)->SetValue({});
-    EXPECT_EQ(VariableExpander(*variables).Expand(u"${}"_qs).toStdString(), "x");
+    EXPECT_EQ(VariableExpander(*variables).Expand(u"${}"_s).toStdString(), "x");
     variables->Clear();
-    EXPECT_EQ(VariableExpander(*variables).Expand(u"a${A}b"_qs).toStdString(), "ab");
+    EXPECT_EQ(VariableExpander(*variables).Expand(u"a${A}b"_s).toStdString(), "ab");
 }
 
 } // namespace

@@ -12,7 +12,7 @@ namespace rivenfall {
 User::User() {
     Former = SetMessageBoxHandler(
         [this](const QString& text, MessageBoxStyle style, const QString& title) {
-            Asked += u"%1|%2|%3"_qs.arg(text).arg(static_cast<int>(style)).arg(title);
+            Asked += u"%1|%2|%3"_s.arg(text).arg(static_cast<int>(style)).arg(title);
             if (Answers.empty()) {
                 return style == MessageBoxStyle::YesNoCancel ? MessageBoxAnswer::Cancel
                                                              : MessageBoxAnswer::Ok;

@@ -75,8 +75,8 @@ public:
         Editing = false;
     }
     void SetCaption() {
-        Caption = (File.isEmpty() ? u"New File"_qs : File) +
-                  u" - OMRA Rivenfall Compiler Controller 1.5.0"_qs;
+        Caption = (File.isEmpty() ? u"New File"_s : File) +
+                  u" - OMRA Rivenfall Compiler Controller 1.5.0"_s;
     }
     void Rebuild() {
         for (Line& line : Tree())
@@ -98,7 +98,7 @@ public:
         for (int level = line.Level + 1; level <= (Tab == 0 ? 2 : 1); ++level)
             added.push_back({level, {}});
         if (Tab == 0 && line.Level == 0)
-            added[2].Value = u"${FILE1}"_qs;
+            added[2].Value = u"${FILE1}"_s;
         const size_t place = End(Tree(), Selected());
         Tree().insert(Tree().begin() + qsizetype(place), added.begin(), added.end());
         if (IsAlternative(place))
@@ -164,7 +164,7 @@ public:
         Movable = true;
     }
     void Fresh() {
-        Load({Lines{{0, {}}, {1, {}}, {2, u"${FILE1}"_qs}}, Lines{{0, u"FILE1"_qs}, {1, {}}}}, {});
+        Load({Lines{{0, {}}, {1, {}}, {2, u"${FILE1}"_s}}, Lines{{0, u"FILE1"_s}, {1, {}}}}, {});
     }
     /// Saves to @p chosen where the document has no file; that may be none, or in no folder.
     bool Save(const QString& chosen) {
@@ -208,21 +208,20 @@ protected:
 QString RandomActions::InventAnswer(bool& goesOn, bool always) {
     if (!Plain.Changed)
         return {};
-    const QString answer = AnyOf({u"yes "_qs, u"no "_qs, u"stay "_qs});
+    const QString answer = AnyOf({u"yes "_s, u"no "_s, u"stay "_s});
     goesOn = answer != u"stay ";
     if (answer != u"yes ")
         return answer;
     const bool asks = Plain.File.isEmpty();
-    const QString file = AnyOf({QString(), u"a.tvq"_qs, u"nowhere/a.tvq"_qs});
+    const QString file = AnyOf({QString(), u"a.tvq"_s, u"nowhere/a.tvq"_s});
     goesOn = Plain.Save(file) || always;
-    return answer + (asks ? u"pick:%1 "_qs.arg(file) : QString());
+    return answer + (asks ? u"pick:%1 "_s.arg(file) : QString());
 }
 
 QString RandomActions::InventFileCommand() {
     bool goesOn = true;
-    const QString file = AnyOf({QString(), u"a.tvq"_qs, u"b.tvq"_qs, u"nowhere/a.tvq"_qs});
-    const QString entry =
-        Plain.Exists ? AnyOf({u"N"_qs, u"P"_qs, u"S"_qs, u"A"_qs, u"R"_qs}) : u"N"_qs;
+    const QString file = AnyOf({QString(), u"a.tvq"_s, u"b.tvq"_s, u"nowhere/a.tvq"_s});
+    const QString entry = Plain.Exists ? AnyOf({u"N"_s, u"P"_s, u"S"_s, u"A"_s, u"R"_s}) : u"N"_s;
     QString script;
     if (entry == u"N") {
         script = InventAnswer(goesOn, true);
@@ -231,7 +230,7 @@ QString RandomActions::InventFileCommand() {
     } else if (entry == u"P") {
         script = InventAnswer(goesOn, false);
         if (goesOn)
-            script += u"pick:%1 "_qs.arg(file);
+            script += u"pick:%1 "_s.arg(file);
         if (goesOn && Plain.Disk.contains(file))
             Plain.Load(Plain.Disk[file], file);
     } else if (entry == u"R") {
@@ -239,13 +238,13 @@ QString RandomActions::InventFileCommand() {
         const QString former = Plain.File;
         if (entry == u"A")
             Plain.File.clear();
-        script = Plain.File.isEmpty() ? u"pick:%1 "_qs.arg(file) : QString();
+        script = Plain.File.isEmpty() ? u"pick:%1 "_s.arg(file) : QString();
         if (!Plain.Save(file))
             Plain.File = former;
         if (entry == u"A")
             Plain.SetCaption();
     }
-    return script + u"file:"_qs + entry;
+    return script + u"file:"_s + entry;
 }
 
 QString RandomActions::Invent() {
@@ -256,46 +255,46 @@ QString RandomActions::Invent() {
     const size_t count = Plain.Tree().size();
     if (dice < 19 && count < 60) {
         Plain.New();
-        return AnyOf({u"New"_qs, u"New:Enter"_qs});
+        return AnyOf({u"New"_s, u"New:Enter"_s});
     }
     if (dice < 25) {
         if (Plain.Siblings(Plain.Selected()).size() > 1)
             Plain.Remove();
-        return u"Remove"_qs;
+        return u"Remove"_s;
     }
     if (dice < 33) {
         if (Plain.Movable)
             Plain.Move(down);
-        return AnyOf(down ? QStringList{u"Move_down"_qs, u"Move:Down"_qs}
-                          : QStringList{u"Move_up"_qs, u"Move:Up"_qs});
+        return AnyOf(down ? QStringList{u"Move_down"_s, u"Move:Down"_s}
+                          : QStringList{u"Move_up"_s, u"Move:Up"_s});
     }
     if (dice < 38) {
         if (const size_t tab = down; tab != std::exchange(Plain.Tab, tab))
             Plain.Rebuild();
-        return u"tab:%1"_qs.arg(Plain.Tab + 1);
+        return u"tab:%1"_s.arg(Plain.Tab + 1);
     }
     if (dice < 49) {
-        const QString text = AnyOf({u"zz"_qs, u"FILE1"_qs, u"X"_qs, u"${FILE1}"_qs, u"z${x}y"_qs,
-                                    u"${NO}"_qs, u"${X"_qs, u"z z"_qs});
+        const QString text = AnyOf({u"zz"_s, u"FILE1"_s, u"X"_s, u"${FILE1}"_s, u"z${x}y"_s,
+                                    u"${NO}"_s, u"${X"_s, u"z z"_s});
         Plain.Editing = true;
         Plain.Box = down ? text : Plain.Box + text;
-        return (down ? u"Value:Ctrl+A Value:Del type:"_qs : u"Value:End type:"_qs) +
+        return (down ? u"Value:Ctrl+A Value:Del type:"_s : u"Value:End type:"_s) +
                QString(text).replace(u' ', u'_');
     }
     if (dice < 57) {
         if (Plain.Editing)
             Plain.Store();
-        return AnyOf({u"Ok"_qs, u"Value:Enter"_qs, u"Document:Return"_qs});
+        return AnyOf({u"Ok"_s, u"Value:Enter"_s, u"Document:Return"_s});
     }
     if (dice < 60) {
         if (Plain.Editing)
             Plain.Select(Plain.Selected());
-        return AnyOf({u"Cancel"_qs, u"Value:Esc"_qs, u"Document:Esc"_qs});
+        return AnyOf({u"Cancel"_s, u"Value:Esc"_s, u"Document:Esc"_s});
     }
     if (dice < 71) {
         if (down ? Plain.Selected() + 1 < count : Plain.Selected() > 0)
             Plain.Select(Plain.Selected() + (down ? 1 : -1UL));
-        return down ? u"Value:Down"_qs : u"Value:Up"_qs;
+        return down ? u"Value:Down"_s : u"Value:Up"_s;
     }
     const size_t each = Below(count);
     const bool isBranch = Model::End(Plain.Tree(), each) > each + 1;
@@ -307,9 +306,9 @@ QString RandomActions::Invent() {
         Plain.Check(each);
     else
         Plain.Tree()[each].Open = Plain.Tree()[each].Shown = !Plain.Tree()[each].Shown;
-    return (dice < 81                ? u"click:"_qs
-            : dice < 90 || !isBranch ? u"mark:"_qs
-                                     : u"branch:"_qs) +
+    return (dice < 81                ? u"click:"_s
+            : dice < 90 || !isBranch ? u"mark:"_s
+                                     : u"branch:"_s) +
            QString::number(each + 1);
 }
 
@@ -353,7 +352,7 @@ TEST_F(RandomActions, AgreeWithAPlainModel) {
         SetGlobalApplication(std::make_shared<Application>());
         Random.seed(seed + sequence);
         Plain = {};
-        for (const QString& file : {u"a.tvq"_qs, u"b.tvq"_qs})
+        for (const QString& file : {u"a.tvq"_s, u"b.tvq"_s})
             QFile::remove(Path(file));
         std::string latest;
         for (unsigned action = 0; action < actions && !HasFailure(); ++action) {

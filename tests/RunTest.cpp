@@ -13,15 +13,15 @@ using namespace rivenfall;
 
 namespace {
 
-const QString Success = u"success"_qs;
-const QString NotFound = u"error: CreateProcess failed (2)"_qs;
-const QString Break = u"\r\n"_qs;
+const QString Success = u"success"_s;
+const QString NotFound = u"error: CreateProcess failed (2)"_s;
+const QString Break = u"\r\n"_s;
 
 class RunTest : public ProgramTest {
 protected:
     void Open(const std::vector<Sketch>& compilers, const char* variables = "") {
         const QByteArray image = DocumentImage(compilers, Sketches(variables));
-        ASSERT_TRUE(Program().FileOpen(StoreBytes(Path(u"doc.tvq"_qs), image)));
+        ASSERT_TRUE(Program().FileOpen(StoreBytes(Path(u"doc.tvq"_s), image)));
     }
 
     QWidget* OutputWindow() { return Runner().Log().Widget()->window(); }
@@ -51,68 +51,68 @@ TEST_F(RunTest, CarriesOutTheActiveCompilersInOrder) {
         QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner);
     }
     qputenv("PATH", Folder.path().toUtf8() + ':' + formerPath);
-    QDir(Folder.path()).mkdir(u"C:\\work"_qs);
+    QDir(Folder.path()).mkdir(u"C:\\work"_s);
     QDir::setCurrent(Folder.path());
     Open(Sketches(
              "build.exe(-fast,-include(${LIB},!extra.lib),!-trace(full),~(${FILE1})),CD(${DIR}),"
              "!pack.exe(-small),check.exe(${file1}),check.exe(${NOPE}(!x,a b,~)),~(x),cdx"),
          "LIB(base.lib,old.lib),FILE1(input1),DIR(C:\\work)");
-    Runner().Echo(u"of a run before"_qs);
+    Runner().Echo(u"of a run before"_s);
     Program().Run();
     qputenv("PATH", formerPath);
     EXPECT_EQ(Log(),
-              Frame(u"build.exe -fast -include base.lib input1"_qs, Success) +
-                  u"4 -fast -include base.lib input1 in "_qs + QFileInfo(Folder.path()).fileName() +
-                  u"\n"_qs + Break + Frame(u"cd C:\\work"_qs, Success) + Break +
-                  Frame(u"check.exe input1"_qs, Success) + u"1 input1 in C:\\work\n"_qs + Break +
-                  Frame(u"check.exe \"\" \"a b\""_qs, Success) + u"2  a b in C:\\work\n"_qs +
-                  Break + Frame(u"\"\" x"_qs, NotFound) + Break + Frame(u"cdx"_qs, NotFound));
+              Frame(u"build.exe -fast -include base.lib input1"_s, Success) +
+                  u"4 -fast -include base.lib input1 in "_s + QFileInfo(Folder.path()).fileName() +
+                  u"\n"_s + Break + Frame(u"cd C:\\work"_s, Success) + Break +
+                  Frame(u"check.exe input1"_s, Success) + u"1 input1 in C:\\work\n"_s + Break +
+                  Frame(u"check.exe \"\" \"a b\""_s, Success) + u"2  a b in C:\\work\n"_s + Break +
+                  Frame(u"\"\" x"_s, NotFound) + Break + Frame(u"cdx"_s, NotFound));
     EXPECT_EQ(Runner().Output(), QString());
 }
 
 TEST_F(RunTest, ChangesDirectoryStepByStep) {
-    QDir(Folder.path()).mkpath(u"a b/c"_qs);
+    QDir(Folder.path()).mkpath(u"a b/c"_s);
     const QString base = QDir(Folder.path()).canonicalPath();
     Open(Sketches("Cd(${BASE}),cd(a b),${X}(c),cD(none),cd,pwd"), "X(CD),BASE(~)");
     Program().Variables()->Item(2)->Childs()->Item(1)->SetValue(base);
     Program().Run();
-    const QString failure = u"error "_qs + QString::fromLocal8Bit(std::strerror(ENOENT));
-    EXPECT_EQ(Log(), Frame(u"cd "_qs + base, Success) + Break + Frame(u"cd \"a b\""_qs, Success) +
-                         Break + Frame(u"cd c"_qs, Success) + Break +
-                         Frame(u"cd none"_qs, failure) + Break + Frame(u"cd "_qs, failure) + Break +
-                         Frame(u"pwd"_qs, Success) + base + u"/a b/c\n"_qs);
-    EXPECT_EQ(QDir::currentPath(), base + u"/a b/c"_qs);
+    const QString failure = u"error "_s + QString::fromLocal8Bit(std::strerror(ENOENT));
+    EXPECT_EQ(Log(), Frame(u"cd "_s + base, Success) + Break + Frame(u"cd \"a b\""_s, Success) +
+                         Break + Frame(u"cd c"_s, Success) + Break + Frame(u"cd none"_s, failure) +
+                         Break + Frame(u"cd "_s, failure) + Break + Frame(u"pwd"_s, Success) +
+                         base + u"/a b/c\n"_s);
+    EXPECT_EQ(QDir::currentPath(), base + u"/a b/c"_s);
 }
 
 TEST_F(RunTest, ASecondRunWaitsForTheFirst) {
-    Open({{"rivenfall-no-such-program"}, Shell(u"sleep 0.5; echo late"_qs), {"echo", {"outer"}}});
+    Open({{"rivenfall-no-such-program"}, Shell(u"sleep 0.5; echo late"_s), {"echo", {"outer"}}});
     QTimer::singleShot(350, &Window(), [this] {
         EXPECT_TRUE(Runner().Running());
         Program().Compilers()->Clear();
-        Program().Compilers()->Add(u"inner1"_qs);
-        Program().Compilers()->Add(u"echo"_qs)->Childs()->Add(u"inner2"_qs);
+        Program().Compilers()->Add(u"inner1"_s);
+        Program().Compilers()->Add(u"echo"_s)->Childs()->Add(u"inner2"_s);
         Program().Run();
     });
     Program().Run();
-    EXPECT_EQ(Log(), Frame(u"inner1"_qs, NotFound) + u"late\n"_qs + Break +
-                         Frame(u"echo inner2"_qs, Success) + u"inner2\n"_qs + Break +
-                         Frame(u"echo outer"_qs, Success) + u"outer\n"_qs);
+    EXPECT_EQ(Log(), Frame(u"inner1"_s, NotFound) + u"late\n"_s + Break +
+                         Frame(u"echo inner2"_s, Success) + u"inner2\n"_s + Break +
+                         Frame(u"echo outer"_s, Success) + u"outer\n"_s);
     EXPECT_EQ(TheUser.Asked.join(u'/').toStdString(),
               "Still running!|48|OMRA Rivenfall Compiler Controller 1.5.0");
 }
 
 TEST_F(RunTest, ATickDeliversAtMost64Bytes) {
-    const QString path = Path(u"out"_qs);
+    const QString path = Path(u"out"_s);
     StoreBytes(path, QByteArray(130, 'x'));
-    EXPECT_EQ(Execute({u"cat"_qs, path}), QString(130, u'x'));
+    EXPECT_EQ(Execute({u"cat"_s, path}), QString(130, u'x'));
     EXPECT_EQ(Chunks, (QList<int>{64, 64, 2}));
     // Characters lie across the ends of chunks, and so does what is none and costs nothing else.
     StoreBytes(path, QByteArray(63, 'a') + "ж" + QByteArray(62, 'b') + "漢" + QByteArray(62, 'c') +
                          "😀" + QByteArray(60, 'd') + "\xFF\xE9t\xC3(\xE6\xBCx\xE6");
-    EXPECT_EQ(Execute({u"cat"_qs, path}),
-              QString(63, u'a') + u"ж"_qs + QString(62, u'b') + u"漢"_qs + QString(62, u'c') +
-                  u"😀"_qs + QString(60, u'd') + u"\uFFFD\uFFFDt\uFFFD(\uFFFD\uFFFDx\uFFFD"_qs);
-    EXPECT_TRUE(Log().endsWith(u"x\uFFFD"_qs));
+    EXPECT_EQ(Execute({u"cat"_s, path}), QString(63, u'a') + u"ж"_s + QString(62, u'b') + u"漢"_s +
+                                             QString(62, u'c') + u"😀"_s + QString(60, u'd') +
+                                             u"\uFFFD\uFFFDt\uFFFD(\uFFFD\uFFFDx\uFFFD"_s);
+    EXPECT_TRUE(Log().endsWith(u"x\uFFFD"_s));
 }
 
 TEST_F(RunTest, ASilentChildHoldsNothingUp) {
@@ -120,23 +120,22 @@ TEST_F(RunTest, ASilentChildHoldsNothingUp) {
     QTimer heart;
     QObject::connect(&heart, &QTimer::timeout, &heart, [&beats] { ++beats; });
     heart.start(10);
-    EXPECT_EQ(Execute({u"sleep"_qs, u"0.6"_qs}), QString());
+    EXPECT_EQ(Execute({u"sleep"_s, u"0.6"_s}), QString());
     EXPECT_GT(beats, 20);
     // A grandchild that holds the output counts as the child.
     QElapsedTimer clock;
     clock.start();
-    EXPECT_EQ(
-        Execute({u"sh"_qs, u"-c"_qs, u"(sleep 0.6; echo late) & echo started"_qs}).toStdString(),
-        "started\nlate\n");
+    EXPECT_EQ(Execute({u"sh"_s, u"-c"_s, u"(sleep 0.6; echo late) & echo started"_s}).toStdString(),
+              "started\nlate\n");
     EXPECT_GE(clock.elapsed(), 600);
     // A child that lets go of its output doesn't.
     clock.restart();
-    Execute({u"sh"_qs, u"-c"_qs, u"exec >&- 2>&-; sleep 3"_qs});
+    Execute({u"sh"_s, u"-c"_s, u"exec >&- 2>&-; sleep 3"_s});
     EXPECT_LT(clock.elapsed(), 2000);
 }
 
 TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
-    Execute({u"true"_qs});
+    Execute({u"true"_s});
     rlimit limit;
     getrlimit(RLIMIT_NOFILE, &limit);
     const int before = OpenDescriptors();
@@ -146,38 +145,37 @@ TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
     for (const int room : {0, 2, 3}) {
         const rlimit tight = {static_cast<rlim_t>(free + room), limit.rlim_max};
         setrlimit(RLIMIT_NOFILE, &tight);
-        const bool started = Runner().Execute(u"true"_qs);
+        const bool started = Runner().Execute(u"true"_s);
         setrlimit(RLIMIT_NOFILE, &limit);
         EXPECT_FALSE(started || Runner().Running());
         EXPECT_EQ(OpenDescriptors(), before) << room;
         EXPECT_EQ(TheUser.Asked.last().toStdString(), "CreatePipe failed. Error: 24|0|");
-        EXPECT_TRUE(Log().endsWith(Frame(u"true"_qs, u"error: CreateProcess failed (24)"_qs)));
+        EXPECT_TRUE(Log().endsWith(Frame(u"true"_s, u"error: CreateProcess failed (24)"_s)));
     }
     EXPECT_EQ(TheUser.Asked.size(), 3);
-    EXPECT_EQ(Execute({u"echo"_qs, u"again"_qs}).toStdString(), "again\n");
+    EXPECT_EQ(Execute({u"echo"_s, u"again"_s}).toStdString(), "again\n");
 }
 
 TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
-    const QString title = u"[Output] - OMRA Rivenfall Compiler Controller 1.5.0"_qs;
+    const QString title = u"[Output] - OMRA Rivenfall Compiler Controller 1.5.0"_s;
     QWidget* window = OutputWindow();
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(window->windowTitle(), title);
-    EXPECT_TRUE(Runner().Execute(u"sh -c \"sleep 0.2; echo x\""_qs));
+    EXPECT_TRUE(Runner().Execute(u"sh -c \"sleep 0.2; echo x\""_s));
     EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(window->windowTitle(), u"New File - "_qs + title);
+    EXPECT_EQ(window->windowTitle(), u"New File - "_s + title);
     window->close();
     EXPECT_TRUE(WaitFor([this] { return !Runner().Running(); }));
     EXPECT_FALSE(window->isVisible());
-    EXPECT_TRUE(Log().endsWith(u"x\n"_qs));
+    EXPECT_TRUE(Log().endsWith(u"x\n"_s));
     Open(Sketches("true"));
     Runner().Clear();
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(Runner().Output().toStdString(), "x\n");
-    Runner().Echo(QString(200, u'i') + u"\r\nsecond line"_qs);
+    Runner().Echo(QString(200, u'i') + u"\r\nsecond line"_s);
     EXPECT_TRUE(window->isVisible());
-    EXPECT_EQ(window->windowTitle(), u"doc.tvq - "_qs + title);
-    EXPECT_EQ(Log(),
-              Frame(QString(200, u'i') + u"\r\nsecond line"_qs, {}).remove(u"# | []\r\n"_qs));
+    EXPECT_EQ(window->windowTitle(), u"doc.tvq - "_s + title);
+    EXPECT_EQ(Log(), Frame(QString(200, u'i') + u"\r\nsecond line"_s, {}).remove(u"# | []\r\n"_s));
     window->resize(500, 300);
     QCoreApplication::processEvents();
     EXPECT_EQ(Runner().Log().Widget()->size(), QSize(500, 300));

@@ -18,7 +18,7 @@ struct Call {
 class RunnerTest : public testing::Test {
 protected:
     RunnerTest() {
-        QDir(Folder.path()).mkdir(u"home"_qs);
+        QDir(Folder.path()).mkdir(u"home"_s);
         for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME",
                                  "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
             Environment.insert(QLatin1StringView(name), Path("home"));
@@ -31,8 +31,8 @@ protected:
         StoreBytes(Path(name), DocumentImage(compilers, Sketches("EMPTY(~)")));
     }
 
-    Call Run(const QStringList& arguments = {u"doc.tvq"_qs}) {
-        return Start(ProgramFolder() + u"/rivenfall-run"_qs, arguments);
+    Call Run(const QStringList& arguments = {u"doc.tvq"_s}) {
+        return Start(ProgramFolder() + u"/rivenfall-run"_s, arguments);
     }
 
     Call Start(const QString& program, const QStringList& arguments) {
@@ -72,7 +72,7 @@ TEST_F(RunnerTest, TheExitStatusTellsHowItWent) {
         const Call result = Run(QString::fromUtf8(arguments).split(u' '));
         EXPECT_EQ(result.Status, status);
         EXPECT_EQ(result.Output,
-                  status == 2 ? "" : FrameOf(u"No compilers to run!"_qs, "Please select some..."));
+                  status == 2 ? "" : FrameOf(u"No compilers to run!"_s, "Please select some..."));
         EXPECT_EQ(result.Error, error);
     }
     EXPECT_EQ(Run(QStringList()).Error, usage);
@@ -84,15 +84,15 @@ TEST_F(RunnerTest, TheExitStatusTellsHowItWent) {
 }
 
 TEST_F(RunnerTest, TextArrivesWholeInAnyEnvironment) {
-    const QStringList arguments{u"out"_qs, u"a \"b\"\t\\"_qs, u"${EMPTY}"_qs, u"1\n2"_qs,
+    const QStringList arguments{u"out"_s, u"a \"b\"\t\\"_s, u"${EMPTY}"_s, u"1\n2"_s,
                                 QString::fromUtf8("漢字 😀")};
     const QByteArray expected =
-        arguments.sliced(1).join(QChar::Null).replace(u"${EMPTY}"_qs, QString()).toUtf8() + '\0';
+        arguments.sliced(1).join(QChar::Null).replace(u"${EMPTY}"_s, QString()).toUtf8() + '\0';
     // What a child writes passes as it is, also what is no text.
     const QByteArray text = QByteArray("a\r\n\0b\r", 6) + "漢\xFF\xE6\r";
     StoreBytes(Path("text"), text);
-    Document({Shell(u"printf '%s\\0' \"$@\" >\"$0\""_qs, arguments), {"cat", {"text"}}});
-    Environment.insert(u"LC_ALL"_qs, u"C"_qs);
+    Document({Shell(u"printf '%s\\0' \"$@\" >\"$0\""_s, arguments), {"cat", {"text"}}});
+    Environment.insert(u"LC_ALL"_s, u"C"_s);
     for (int pass = 0; pass < 2; ++pass) {
         const Call result = Run();
         EXPECT_EQ(result.Status, 0);
@@ -111,9 +111,9 @@ TEST_F(RunnerTest, TextArrivesWholeInAnyEnvironment) {
 }
 
 TEST_F(RunnerTest, RunsWithoutStandardStreams) {
-    Document({Shell(u"exec >out; ls /proc/$$/fd"_qs)});
-    const Call result = Start(u"sh"_qs, {u"-c"_qs, u"exec \"$0\" doc.tvq <&- >&- 2>&-"_qs,
-                                         ProgramFolder() + u"/rivenfall-run"_qs});
+    Document({Shell(u"exec >out; ls /proc/$$/fd"_s)});
+    const Call result = Start(u"sh"_s, {u"-c"_s, u"exec \"$0\" doc.tvq <&- >&- 2>&-"_s,
+                                        ProgramFolder() + u"/rivenfall-run"_s});
     EXPECT_EQ(result.Status, 0);
     EXPECT_EQ(BytesOf(Path("out")), "0\n1\n2\n");
 }

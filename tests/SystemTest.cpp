@@ -37,7 +37,7 @@ TEST(CommandLineTest, QuotesOnlyWhatNeedsIt) {
 }
 
 TEST(CommandLineTest, GivesEveryItemBack) {
-    const QString alphabet = u"a\\\\\" \t\n'$\u0436"_qs;
+    const QString alphabet = u"a\\\\\" \t\n'$\u0436"_s;
     QRandomGenerator random(20);
     for (int round = 0; round < 20000; ++round) {
         QStringList items;
@@ -80,7 +80,7 @@ QByteArray OutputOf(const QStringList& items) {
 }
 
 QByteArray OutputOfScript(const char* script, const QStringList& arguments = {}) {
-    return OutputOf(QStringList{u"sh"_qs, u"-c"_qs, QString::fromUtf8(script)} + arguments);
+    return OutputOf(QStringList{u"sh"_s, u"-c"_s, QString::fromUtf8(script)} + arguments);
 }
 
 TEST(ProcessTest, AChildHasThreeStreamsAndCleanSignals) {
@@ -94,7 +94,7 @@ TEST(ProcessTest, AChildHasThreeStreamsAndCleanSignals) {
                                             "for i in 1 2 3; do echo o$i; echo e$i >&2; done");
     // A shell would change both while it waits.
     const QByteArray signalState =
-        OutputOf({u"grep"_qs, u"-E"_qs, u"Sig(Blk|Ign)"_qs, u"/proc/self/status"_qs});
+        OutputOf({u"grep"_s, u"-E"_s, u"Sig(Blk|Ign)"_s, u"/proc/self/status"_s});
     close(openWithoutCloseOnExec);
     sigprocmask(SIG_SETMASK, &formerMask, nullptr);
     std::signal(SIGUSR2, formerAction);
@@ -105,14 +105,14 @@ TEST(ProcessTest, AChildHasThreeStreamsAndCleanSignals) {
 
 TEST(ProcessTest, TellsWhyNothingWasStarted) {
     QTemporaryDir folder;
-    const QString plain = StoreBytes(folder.filePath(u"plain"_qs), "#!/bin/sh\n");
-    const std::pair<QString, int> cases[] = {{u"rivenfall-no-such-program x"_qs, ENOENT},
+    const QString plain = StoreBytes(folder.filePath(u"plain"_s), "#!/bin/sh\n");
+    const std::pair<QString, int> cases[] = {{u"rivenfall-no-such-program x"_s, ENOENT},
                                              {QString(), ENOENT},
-                                             {u"\"\" x"_qs, ENOENT},
+                                             {u"\"\" x"_s, ENOENT},
                                              {plain, EACCES},
                                              {folder.path(), EACCES},
-                                             {plain + u"/x"_qs, ENOTDIR},
-                                             {u"echo a"_qs + QChar::Null + u"b"_qs, EINVAL}};
+                                             {plain + u"/x"_s, ENOTDIR},
+                                             {u"echo a"_s + QChar::Null + u"b"_s, EINVAL}};
     const int before = OpenDescriptors();
     for (const auto& [commandLine, error] : cases) {
         Handle process = 0;
@@ -123,10 +123,10 @@ TEST(ProcessTest, TellsWhyNothingWasStarted) {
 }
 
 TEST(ProcessTest, FiveHundredChildrenLeaveNothingBehind) {
-    OutputOf({u"true"_qs});
+    OutputOf({u"true"_s});
     const int before = OpenDescriptors();
     for (int count = 0; count < 500; ++count) {
-        OutputOf({u"true"_qs});
+        OutputOf({u"true"_s});
     }
     // These close their output long before they end.
     for (int count = 0; count < 10; ++count) {
@@ -152,7 +152,7 @@ TEST(PropertyBagTest, WritesTheseBytes) {
     EXPECT_EQ(bag.Contents().toHex(),
               "a56556616c756562c3a9634f6666f4624f6ef561424200ff65456d70747960");
     const QString cases = u"0 00 23 17 24 1818 255 18ff 256 190100 65535 19ffff 65536 1a00010000 "
-                          "2147483647 1a7fffffff -1 20 -24 37 -25 3818 -2147483648 3a7fffffff"_qs;
+                          "2147483647 1a7fffffff -1 20 -24 37 -25 3818 -2147483648 3a7fffffff"_s;
     const QStringList words = cases.split(u' ');
     for (int word = 0; word < words.size(); word += 2) {
         const int number = words[word].toInt();

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 using namespace rivenfall;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -107,7 +108,7 @@ TEST_F(TreeTest, MouseSelectsChecksAndOpens) {
 TEST_F(TreeTest, ScreenReadersFindNestedItemsAndActAsTheUser) {
     Fill(2, 2);
     At("2.2").SetSelected(true);
-    pobjTree.Nodes().Add(u"blank"_qs, QString(64, u' '));
+    pobjTree.Nodes().Add(u"blank"_s, QString(64, u' '));
     QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(View());
     ASSERT_EQ(tree->childCount(), 3);
     EXPECT_EQ(tree->child(2)->text(QAccessible::Name), u"(empty)");
@@ -122,7 +123,7 @@ TEST_F(TreeTest, ScreenReadersFindNestedItemsAndActAsTheUser) {
     EXPECT_EQ(TakeLog(), "click 2.1, check 2.2, collapse 2");
     EXPECT_TRUE(item->state().checked && item->state().invisible && root->state().collapsed);
     const QAccessible::Id id = QAccessible::uniqueId(item);
-    pobjTree.Nodes().Remove(u"2"_qs);
+    pobjTree.Nodes().Remove(u"2"_s);
     EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
     pobjTree.SetReachable(false);
     EXPECT_EQ(tree->childCount(), 0);

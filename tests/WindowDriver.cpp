@@ -26,9 +26,9 @@ std::string Outline(const Lines& lines, bool Line::*open, int selected) {
         const Line& line = lines[size_t(each)];
         for (; brackets.size() > line.Level; brackets.chop(1))
             text += brackets.back();
-        text += text.isEmpty() || QStringView(u"([").contains(text.back()) ? u""_qs : u","_qs;
-        text += each + 1 == selected ? u"*"_qs : QString();
-        text += (line.On ? QString() : u"!"_qs) + (line.Value.isEmpty() ? u"~"_qs : line.Value);
+        text += text.isEmpty() || QStringView(u"([").contains(text.back()) ? u""_s : u","_s;
+        text += each + 1 == selected ? u"*"_s : QString();
+        text += (line.On ? QString() : u"!"_s) + (line.Value.isEmpty() ? u"~"_s : line.Value);
         if (size_t(each) + 1 < lines.size() && lines[size_t(each) + 1].Level > line.Level) {
             text += line.*open ? u'(' : u'[';
             brackets += line.*open ? u')' : u']';
@@ -118,7 +118,7 @@ void WindowTest::TakeKeyboard() {
 }
 
 void WindowTest::Open(const char* compilers, const char* variables, const char* script) {
-    const QString path = StoreBytes(Path(u"document.tvq"_qs),
+    const QString path = StoreBytes(Path(u"document.tvq"_s),
                                     DocumentImage(Sketches(compilers), Sketches(variables)));
     TheUser.Answers = {MessageBoxAnswer::No};
     ASSERT_TRUE(Program().FileOpen(path));
@@ -199,11 +199,11 @@ void WindowTest::Expect(const char* script, const std::string& look) {
 
 void WindowTest::ExpectEach(const char* compilers, const char* variables, const char* start,
                             const char* cases) {
-    static const QRegularExpression goesOn(u"\\n *(?==>)|(?<=\\|)\\n"_qs);
-    static const QRegularExpression ends(u"[;\\n]"_qs);
+    static const QRegularExpression goesOn(u"\\n *(?==>)|(?<=\\|)\\n"_s);
+    static const QRegularExpression ends(u"[;\\n]"_s);
     for (const QString& line : QString::fromUtf8(cases).remove(goesOn).split(ends)) {
-        const QString look = line.section(u"=>"_qs, 1).trimmed();
-        for (const QString& script : line.section(u"=>"_qs, 0, 0).split(u'|')) {
+        const QString look = line.section(u"=>"_s, 1).trimmed();
+        for (const QString& script : line.section(u"=>"_s, 0, 0).split(u'|')) {
             if (look.isEmpty())
                 continue;
             SCOPED_TRACE(script.toStdString());

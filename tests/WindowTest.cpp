@@ -20,7 +20,7 @@ const std::string AskToSave = "The file was changed.\r\nDo you want to save it?|
 const std::string AskBeforeNew = "changed; FileSave?|3|;";
 const std::string OpenDialog = "Open File - " + Title + ";";
 const std::string SaveDialog = "FileSave File As - " + Title + ";";
-const QString NotFound = u"error: CreateProcess failed (2)"_qs;
+const QString NotFound = u"error: CreateProcess failed (2)"_s;
 
 QWidget* OutputWindow() {
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -104,11 +104,11 @@ TEST_F(WindowTest, EachEventTakesAnEditWhereItShould) {
         branch:1 => *za[p(v,w)],zb(q(x)) NRMVOC za+
         mark:3 => *za(p(!v,w)),zb(q(x)) NRMVOC za+ changed
         Document:Space => *!za(p(v,w)),zb(q(x)) NRMVOC za+ changed)");
-    EXPECT_EQ(Log(), Frame(u"za p v w"_qs, NotFound) + u"\r\n"_qs + Frame(u"zb q x"_qs, NotFound));
+    EXPECT_EQ(Log(), Frame(u"za p v w"_s, NotFound) + u"\r\n"_s + Frame(u"zb q x"_s, NotFound));
     Open(std::string(40000, 'v').c_str());
     EXPECT_EQ(Box()->text().size(), 40000);
     Open("za", "X", "type:+ file:S");
-    EXPECT_TRUE(Holds(u"document.tvq"_qs, "za", "X"));
+    EXPECT_TRUE(Holds(u"document.tvq"_s, "za", "X"));
     Open("a,b");
     Expect("Value:Enter Value:Esc Document:Return Document:Esc Ok Cancel", "*a,b NRMV-- a");
 }
@@ -141,11 +141,11 @@ TEST_F(WindowTest, AHeldButtonMovesOnAndOn) {
 TEST_F(WindowTest, DropsAreTypedAtTheSelection) {
     QMimeData text, files, both, repeated, picture;
     for (QMimeData* data : {&files, &both, &repeated})
-        data->setUrls({QUrl(u"file:///f/a%20b.c"_qs), QUrl(u"file:///f/d.c"_qs)});
-    text.setText(u"T U\nV"_qs);
-    both.setText(u"T"_qs);
-    repeated.setText(u"file:///f/a%20b.c\nfile:///f/d.c\n"_qs);
-    picture.setData(u"image/png"_qs, "T");
+        data->setUrls({QUrl(u"file:///f/a%20b.c"_s), QUrl(u"file:///f/d.c"_s)});
+    text.setText(u"T U\nV"_s);
+    both.setText(u"T"_s);
+    repeated.setText(u"file:///f/a%20b.c\nfile:///f/d.c\n"_s);
+    picture.setData(u"image/png"_s, "T");
     const Qt::DropActions any = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
     const struct {
         const QMimeData& Data;
@@ -204,7 +204,7 @@ TEST_F(WindowTest, AsksBeforeADocumentIsGivenUp) {
         {"stay file:X", AskToSave, kept + " changed", false},
         {"yes file:X", AskToSave + SaveDialog, kept + " changed", false},
     };
-    const QString one = Path(u"one.tvq"_qs);
+    const QString one = Path(u"one.tvq"_s);
     for (const auto& [script, asked, look, saved] : cases) {
         SCOPED_TRACE(script);
         QFile::remove(one);
@@ -220,7 +220,7 @@ TEST_F(WindowTest, AsksBeforeADocumentIsGivenUp) {
     const std::weak_ptr<Application> program = GlobalApplication();
     EXPECT_TRUE(Window().Window()->close());
     EXPECT_EQ(Joined(TheUser.Asked + TheUser.Dialogs), AskToSave + AskToSave + SaveDialog);
-    EXPECT_TRUE(Holds(u"one.tvq"_qs, "~(~(${FILE1})),~(~(${FILE1}))", "FILE1(~)"));
+    EXPECT_TRUE(Holds(u"one.tvq"_s, "~(~(${FILE1})),~(~(${FILE1}))", "FILE1(~)"));
     EXPECT_TRUE(program.expired());
     ExpectNoWindowIsLeft();
 }
@@ -229,17 +229,17 @@ TEST_F(WindowTest, OldVersionsHaveTheirCompilersOnly) {
     PropertyBag content, second;
     content.WriteProperty("Compilers", CollectionImage(Sketches("c(o(u))"), 2));
     content.WriteProperty("Variables", CollectionImage(Sketches("Q(1)"), 1));
-    second.WriteProperty("_FileFormatIdentification", u"TAVQEF#0002"_qs);
+    second.WriteProperty("_FileFormatIdentification", u"TAVQEF#0002"_s);
     second.WriteProperty("_Content", content.Contents());
     for (const QByteArray& bytes : {CollectionImage(Sketches("c(o(u))"), 2), second.Contents()}) {
-        const QString old = StoreBytes(Path(u"old.tvq"_qs), bytes);
+        const QString old = StoreBytes(Path(u"old.tvq"_s), bytes);
         Open("a(p(v)),b", "X(1),Y(2)", "tab:2 click:4 type:+ pick:old.tvq file:P");
         EXPECT_EQ(Look(), "*c(o(u)) N-MV-- c");
         EXPECT_EQ(Tabs()->count(), 1);
         EXPECT_EQ(Stored(2), "FILE1(~)");
         Act("file:S pick:old.tvq file:P tab:2");
         EXPECT_EQ(Look(), "*FILE1(~) N--V-- FILE1");
-        EXPECT_TRUE(Holds(u"old.tvq"_qs, "c(o(u))", "FILE1(~)"));
+        EXPECT_TRUE(Holds(u"old.tvq"_s, "c(o(u))", "FILE1(~)"));
     }
 }
 
@@ -286,15 +286,14 @@ TEST_F(WindowTest, EverythingAnswersDuringARun) {
     Act("file:R");
     EXPECT_EQ(Shown(), "*~(~(${FILE1}))");
     EXPECT_TRUE(OutputWindow()->isVisible());
-    EXPECT_EQ(Log(),
-              Frame(u"sleep 1"_qs, u"success"_qs) + u"\r\n"_qs + Frame(u"zz 1"_qs, NotFound));
+    EXPECT_EQ(Log(), Frame(u"sleep 1"_s, u"success"_s) + u"\r\n"_s + Frame(u"zz 1"_s, NotFound));
 }
 
 /// Quitting in the middle of a run.
 class QuitDuringARun : public WindowTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(QuitDuringARun, EndsWithTheRun) {
-    const QString mark = Path(u"mark"_qs);
+    const QString mark = Path(u"mark"_s);
     Open(("sleep(1),touch(" + mark.toStdString() + ")").c_str());
     const std::weak_ptr<Application> program = GlobalApplication();
     frmMain& form = Window();
@@ -310,7 +309,7 @@ TEST_P(QuitDuringARun, EndsWithTheRun) {
         // Nothing answers any more.
         QTest::mouseClick(form.cmdNew.Widget(), Qt::LeftButton);
         QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, QPoint(60, 25));
-        QTest::keyClicks(box, u"x"_qs);
+        QTest::keyClicks(box, u"x"_s);
         QTest::keyClick(box, Qt::Key_Down);
         for (QAction* entry : form.Window()->menuBar()->actions()[0]->menu()->actions())
             entry->trigger();
