@@ -3,17 +3,7 @@
 #include "tree/Node.h"
 #include "tree/TreeRows.h"
 
-#include <algorithm>
-
 namespace rivenfall {
-
-namespace {
-
-/// A search through all keys costs a fraction of building the index of keys, and most trees are
-/// asked only once or twice before they are built anew.
-constexpr int SearchesBeforeIndexing = 4;
-
-} // namespace
 
 Nodes::Nodes(TreeRows& rows) : pobjRows(rows), pobjRoot(new Node(*this, nullptr, {}, {})) {}
 
@@ -23,16 +13,21 @@ Node& Nodes::Add(const QString& key, const QString& text) {
     return Insert(*pobjRoot, pobjRoot->pobjChildren.size(), key, text);
 }
 
+Node& Nodes::Add(Node& relative, TreeRelationship relationship, const QString& key,
+                 const QString& text) {
+    if (relationship == tvwChild) {
+        return Insert(relative, relative.pobjChildren.size(), key, text);
+    }
+    return Insert(*relative.pobjParent, static_cast<std::size_t>(relative.plngRow) + 1, key, text);
+}
+
 Node& Nodes::Add(const QString& relative, TreeRelationship relationship, const QString& key,
                  const QString& text) {
     Node* const node = Item(relative);
     if (!node) {
         return Add(key, text);
     }
-    if (relationship == tvwChild) {
-        return Insert(*node, node->pobjChildren.size(), key, text);
-    }
-    return Insert(*node->pobjParent, static_cast<std::size_t>(node->plngRow) + 1, key, text);
+    return Add(*node, relationship, key, text);
 }
 
 Node& Nodes::Insert(Node& parent, std::size_t row, const QString& key, const QString& text) {
@@ -46,7 +41,6 @@ Node& Nodes::Insert(Node& parent, std::size_t row, const QString& key, const QSt
         siblings[i]->plngRow = static_cast<int>(i);
     }
     ++plngCount;
-    pobjNearby = &node;
     if (!pobjByKey.isEmpty()) {
         pobjByKey.insert(key, &node);
     }
@@ -74,8 +68,6 @@ void Nodes::Clear() {
     pobjOrder.clear();
     pobjByKey.clear();
     pblnNumbered = true;
-    pobjNearby = nullptr;
-    plngSearches = 0;
     plngCount = 0;
 }
 
@@ -104,7 +96,6 @@ void Nodes::Remove(const QString& key) {
     } else {
         pblnNumbered = false;
     }
-    pobjNearby = node->Previous() ? node->Previous() : neighbour;
     ForgetBranch(*node);
 
     auto& siblings = node->pobjParent->pobjChildren;
@@ -135,48 +126,8 @@ Node* Nodes::Item(int index) const {
 }
 
 Node* Nodes::Item(const QString& key) const {
-    Node* node = FindNearby(key);
-    if (!node) {
-        node = FindAnywhere(key);
-    }
-    if (node) {
-        pobjNearby = node;
-    }
-    return node;
-}
-
-Node* Nodes::FindNearby(const QString& key) const {
-    if (!pobjNearby) {
-        return nullptr;
-    }
-    for (Node* each = pobjNearby; each; each = each->Parent()) {
-        if (each->pstrKey == key) {
-            return each;
-        }
-    }
-    for (Node* each : {pobjNearby->Next(), pobjNearby->Previous()}) {
-        if (each && each->pstrKey == key) {
-            return each;
-        }
-    }
-    for (Node* each = pobjNearby; !each->pobjChildren.empty();) {
-        each = each->pobjChildren.back().get();
-        if (each->pstrKey == key) {
-            return each;
-        }
-    }
-    return nullptr;
-}
-
-Node* Nodes::FindAnywhere(const QString& key) const {
     if (pobjByKey.isEmpty()) {
         Number();
-        if (plngSearches < SearchesBeforeIndexing) {
-            ++plngSearches;
-            const auto found = std::find_if(pobjOrder.begin(), pobjOrder.end(),
-                                            [&](Node* each) { return each->pstrKey == key; });
-            return found == pobjOrder.end() ? nullptr : *found;
-        }
         pobjByKey.reserve(plngCount);
         for (Node* each : pobjOrder) {
             pobjByKey.insert(each->pstrKey, each);

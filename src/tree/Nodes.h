@@ -33,8 +33,13 @@ public:
     /// Adds a last node to the first level. The reference holds until the node is removed.
     Node& Add(const QString& key, const QString& text);
 
-    /// Adds a node at the place that @p relationship tells, seen from the node with the key
-    /// @p relative. Without such a node it becomes the last one of the first level.
+    /// Adds a node at the place that @p relationship tells, seen from @p relative, which is one of
+    /// these nodes.
+    Node& Add(Node& relative, TreeRelationship relationship, const QString& key,
+              const QString& text);
+
+    /// The same, seen from the node with the key @p relative. Without such a node it becomes the
+    /// last one of the first level.
     Node& Add(const QString& relative, TreeRelationship relationship, const QString& key,
               const QString& text);
 
@@ -62,8 +67,6 @@ private:
     TreeRows& Rows() const { return pobjRows; }
     Node& Insert(Node& parent, std::size_t row, const QString& key, const QString& text);
     void Number() const;
-    Node* FindNearby(const QString& key) const;
-    Node* FindAnywhere(const QString& key) const;
     void ForgetBranch(Node& node);
 
     TreeRows& pobjRows;
@@ -74,12 +77,9 @@ private:
     mutable std::vector<Node*> pobjOrder;
     mutable bool pblnNumbered = true;
 
-    /// The node that was added or found last. Whoever walks the tree asks for one beside it next.
-    mutable Node* pobjNearby = nullptr;
-
-    /// Filled only after plngSearches has shown that keys are asked for all over the tree.
+    /// All nodes by key. Filled when somebody asks for a key, and kept up to date from then on until
+    /// Clear: most trees are built anew without a look-up.
     mutable QHash<QString, Node*> pobjByKey;
-    mutable int plngSearches = 0;
 };
 
 } // namespace rivenfall

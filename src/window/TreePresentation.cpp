@@ -14,15 +14,15 @@ void ShowState(Node& treeNode, const DataNode& node) {
     treeNode.SetExpanded(node.Expanded());
 }
 
-/// Adds a tree node for each node below @p owner, whose own tree node is there already.
-void BuildChilds(Nodes& tree, const DataNode& owner) {
+/// Adds a tree node for each node below @p owner, whose own tree node is @p ownerNode.
+void BuildChilds(Nodes& tree, Node& ownerNode, const DataNode& owner) {
     if (!owner.Childs()) {
         return;
     }
-    const QString ownerKey = owner.Key();
     for (const std::shared_ptr<DataNode>& node : *owner.Childs()) {
-        ShowState(tree.Add(ownerKey, tvwChild, node->Key(), node->Text()), *node);
-        BuildChilds(tree, *node);
+        Node& treeNode = tree.Add(ownerNode, tvwChild, node->Key(), node->Text());
+        ShowState(treeNode, *node);
+        BuildChilds(tree, treeNode, *node);
     }
 }
 
@@ -63,8 +63,9 @@ int Application::CoverTree() {
 void Application::BuildTree() {
     Nodes& tree = pobjFormTvwContent->Nodes();
     for (const std::shared_ptr<DataNode>& node : *ActiveCollection()) {
-        ShowState(tree.Add(node->Key(), node->Text()), *node);
-        BuildChilds(tree, *node);
+        Node& treeNode = tree.Add(node->Key(), node->Text());
+        ShowState(treeNode, *node);
+        BuildChilds(tree, treeNode, *node);
     }
 }
 
