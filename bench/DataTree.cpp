@@ -59,23 +59,14 @@ void BuildTree(benchmark::State& state) {
     BuildAndClear(state, compilers, build, [&] { compilers.Clear(); });
 }
 
-void BuildSiblingsIn(benchmark::State& state, DataNodes& siblings) {
+void BuildSiblings(benchmark::State& state) {
+    DataNodes siblings;
     const auto build = [&](const std::vector<SampleNode>& nodes) {
         for (const SampleNode& each : nodes) {
             siblings.Add(each.Text);
         }
     };
     BuildAndClear(state, siblings, build, [&] { siblings.Clear(); });
-}
-
-void BuildSiblings(benchmark::State& state) {
-    DataNodes compilers;
-    BuildSiblingsIn(state, compilers);
-}
-
-void BuildAlternatives(benchmark::State& state) {
-    DataNodes compilers;
-    BuildSiblingsIn(state, *compilers.Add()->Childs()->Add()->Childs());
 }
 
 void BuildVector(benchmark::State& state) {
@@ -96,7 +87,6 @@ void Sizes(benchmark::internal::Benchmark* work) {
 
 BENCHMARK(BuildTree)->Apply(Sizes);
 BENCHMARK(BuildSiblings)->Apply(Sizes);
-BENCHMARK(BuildAlternatives)->Apply(Sizes);
 BENCHMARK(BuildVector)->Apply(Sizes);
 
 } // namespace rivenfall

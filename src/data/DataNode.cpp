@@ -14,7 +14,11 @@ DataNode::~DataNode() = default;
 void DataNode::SetActive(bool active) {
     pblnActive = active;
     if (active && !MayHoldNodes(plngDataNodeType)) {
-        pobjParent->DeactivateOthers(*this);
+        for (const std::shared_ptr<DataNode>& sibling : *pobjParent) {
+            if (sibling->Index() != plngIndex) {
+                sibling->SetActive(false);
+            }
+        }
     }
 }
 

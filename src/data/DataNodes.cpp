@@ -59,7 +59,6 @@ void DataNodes::TakeNodesOf(DataNodes& source) {
     for (const std::shared_ptr<DataNode>& node : pobjItems) {
         node->SetParent(this);
     }
-    pblnSeveralActive = true;
 }
 
 /// Renumbers the nodes from the position @p first on; those before it stand where they were.
@@ -116,9 +115,6 @@ std::shared_ptr<DataNode> DataNodes::RemoveItem(int position) {
     const std::shared_ptr<DataNode> node = Item(position);
     RaiseRemove(*node);
     pobjItems.erase(pobjItems.begin() + position - 1);
-    if (pobjActive == node.get()) {
-        pobjActive = nullptr;
-    }
     AdjustIndexes(position);
     return node;
 }
@@ -129,22 +125,6 @@ std::shared_ptr<DataNode> DataNodes::MakeNode() {
     node->SetParent(this);
     node->SetDataNodeType(plngDataNodesType);
     return node;
-}
-
-/// Switches every node but @p active off. While no file has brought several active ones, the one
-/// that was switched on last is the only other candidate, however many siblings there are.
-void DataNodes::DeactivateOthers(DataNode& active) {
-    if (pblnSeveralActive) {
-        for (const std::shared_ptr<DataNode>& node : pobjItems) {
-            if (node->Index() != active.Index()) {
-                node->SetActive(false);
-            }
-        }
-    } else if (pobjActive && pobjActive != &active) {
-        pobjActive->SetActive(false);
-    }
-    pblnSeveralActive = false;
-    pobjActive = &active;
 }
 
 } // namespace rivenfall

@@ -93,14 +93,9 @@ private:
     std::shared_ptr<DataNode> RemoveItem(int position);
 
     std::shared_ptr<DataNode> MakeNode();
-    void DeactivateOthers(DataNode& active);
 
     Items pobjItems;
     int plngDataNodesType = 0;
-    /// More than one alternative may be active, as only a file can bring about.
-    bool pblnSeveralActive = false;
-    /// The alternative that was switched on last, while it is in the collection.
-    DataNode* pobjActive = nullptr;
     DataNode* pobjParent = nullptr;
     DataNodesEvents* pobjEvents = nullptr;
 };

@@ -66,7 +66,6 @@ void TreeBags::LoadFromBag(DataNodes& collection, const PropertyBag& bag) {
         // At once: where a later node is broken, the collection deletes its nodes by their numbers.
         node->SetIndex(position);
     }
-    collection.pblnSeveralActive = true;
 }
 
 PropertyBag TreeBags::BagIn(const PropertyBag& bag, QByteArrayView name) {
