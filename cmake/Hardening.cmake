@@ -1,5 +1,5 @@
-# Makes faults in the programs harder to exploit, and link-time optimisation available. To be
-# included behind Warnings.cmake and before the targets.
+# Makes faults in the programs harder to exploit. To be included behind Warnings.cmake and before the
+# targets.
 include(CheckCXXCompilerFlag)
 
 option(RIVENFALL_HARDENING "Harden the programs against the exploitation of faults" ON)
@@ -25,11 +25,4 @@ if(RIVENFALL_HARDENING)
       INTERFACE $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE
                 -D_FORTIFY_SOURCE=2>)
   endif()
-endif()
-
-option(RIVENFALL_LTO "Optimise across the borders of the source files when linking" OFF)
-if(RIVENFALL_LTO)
-  include(CheckIPOSupported)
-  check_ipo_supported(LANGUAGES CXX)
-  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
 endif()

@@ -20,10 +20,6 @@ void Control::SetEnabled(bool enabled) {
     pobjWidget->setEnabled(enabled);
 }
 
-bool Control::Visible() const {
-    return pobjWidget && !pobjWidget->isHidden();
-}
-
 void Control::SetVisible(bool visible) {
     pobjWidget->setVisible(visible);
 }

@@ -22,8 +22,7 @@ public:
     bool Enabled() const;
     void SetEnabled(bool enabled);
 
-    /// True while the control itself is shown, whatever becomes of its window.
-    bool Visible() const;
+    /// Shows or hides the control.
     void SetVisible(bool visible);
 
     /// Places the control in its container. All four values are twips; the size is not negative.

@@ -7,17 +7,9 @@ Timer::Timer() {
     connect(&pobjTimer, &QTimer::timeout, this, &Timer::Tick);
 }
 
-bool Timer::Enabled() const {
-    return pblnEnabled;
-}
-
 void Timer::SetEnabled(bool enabled) {
     pblnEnabled = enabled;
     Restart();
-}
-
-int Timer::Interval() const {
-    return plngInterval;
 }
 
 void Timer::SetInterval(int milliseconds) {

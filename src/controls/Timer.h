@@ -13,12 +13,10 @@ public:
     /// A clock that is switched off and has no interval.
     Timer();
 
-    /// True while the clock is switched on. It ticks while it is on and has an interval.
-    bool Enabled() const;
+    /// Switches the clock on or off. It ticks while it is on and has an interval.
     void SetEnabled(bool enabled);
 
     /// Milliseconds from tick to tick; 0 is no interval.
-    int Interval() const;
     void SetInterval(int milliseconds);
 
 Q_SIGNALS:

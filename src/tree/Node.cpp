@@ -3,8 +3,6 @@
 #include "tree/Nodes.h"
 #include "tree/TreeRows.h"
 
-#include <algorithm>
-
 namespace rivenfall {
 
 Node::Node(Nodes& nodes, Node* parent, const QString& key, const QString& text)
@@ -45,11 +43,6 @@ void Node::SetExpanded(bool expanded) {
     }
     pblnExpanded = expanded;
     pobjNodes->Rows().ShowExpanded(*this);
-}
-
-bool Node::Visible() const {
-    const std::vector<Node*> rows = pobjNodes->Rows().RowsInView();
-    return std::find(rows.begin(), rows.end(), this) != rows.end();
 }
 
 void Node::EnsureVisible() {

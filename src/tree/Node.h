@@ -48,10 +48,6 @@ public:
     bool Expanded() const { return pblnExpanded; }
     void SetExpanded(bool expanded);
 
-    /// True while the row stands, wholly or in part, in the visible area of the control. Asking all
-    /// nodes this way is slow; TreeView::RowsInView gives the same answer for all at once.
-    bool Visible() const;
-
     /// Opens the collapsed branches that hide the row, and scrolls only as far as it takes to bring
     /// the row into the visible area.
     void EnsureVisible();
