@@ -24,7 +24,7 @@ RunningProgram::RunningProgram() {
         return MessageBoxAnswer::No;
     });
     SetGlobalApplication(std::make_shared<Application>());
-    Settle();
+    ProcessEvents();
 }
 
 RunningProgram::~RunningProgram() {
@@ -41,7 +41,7 @@ void RunningProgram::OpenSample(int count) {
     const QString fileName = Folder.filePath(QStringLiteral("sample.tvq"));
     WriteSample(fileName, count);
     GlobalApplication()->FileOpen(fileName);
-    Settle();
+    ProcessEvents();
 }
 
 void FillCompilers(DataNodes& root, int count) {
@@ -65,7 +65,7 @@ void WriteSample(const QString& fileName, int count) {
     }
 }
 
-void Settle() {
+void ProcessEvents() {
     QCoreApplication::processEvents();
 }
 

@@ -33,7 +33,7 @@ void FillCompilers(DataNodes& root, int count);
 void WriteSample(const QString& fileName, int count);
 
 /// Lays out and paints what is due.
-void Settle();
+void ProcessEvents();
 
 /// Has the process keep the memory that it gives back. Getting pages from the kernel anew in each
 /// round costs more on some machines than all the work that is measured.

@@ -64,7 +64,7 @@ void StartCommand(benchmark::State& state) {
     const RunningProgram program;
     Execution& execution = *program->Execution();
     execution.Show();
-    Settle();
+    ProcessEvents();
     const auto start = [&] { return execution.Execute(QStringLiteral("true")); };
     MeasureStarts(state, start, [&] {
         while (execution.Running()) {

@@ -18,11 +18,11 @@ void AppendInTick(benchmark::State& state) {
     form.Show();
     form.txtOutput.SetText(line.repeated(state.range(0) / line.size()));
     form.txtOutput.SetSelStartToEnd();
-    Settle();
+    ProcessEvents();
     for (auto _ : state) {
         form.txtOutput.AppendText(line);
         form.txtOutput.SetSelStartToEnd();
-        Settle();
+        ProcessEvents();
     }
 }
 

@@ -17,7 +17,7 @@ constexpr int FarDown = NodeCount / 2;
 void ScrollToMiddle(frmMain& form) {
     form.tvwContent.Nodes().Item(FarDown)->EnsureVisible();
     form.tvwContent.Nodes().Item(FarDown)->SetSelected(true);
-    Settle();
+    ProcessEvents();
 }
 
 /// A press of the Down key in the value box, until the next node is on view.
@@ -29,7 +29,7 @@ void ArrowKey(benchmark::State& state) {
     const int before = form.tvwContent.SelectedItem()->Index();
     for (auto _ : state) {
         QTest::keyClick(form.txtValue.Widget(), Qt::Key_Down);
-        Settle();
+        ProcessEvents();
     }
     if (form.tvwContent.SelectedItem()->Index() != before + state.iterations()) {
         state.SkipWithError("the selection didn't move");
@@ -50,7 +50,7 @@ void NodeClick(benchmark::State& state) {
         const Node* former = form.tvwContent.SelectedItem();
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {},
                           firstRow + QPoint(0, step++ % 2 * height));
-        Settle();
+        ProcessEvents();
         if (form.tvwContent.SelectedItem() == former) {
             state.SkipWithError("the selection didn't move");
         }

@@ -15,7 +15,7 @@ void Refresh(benchmark::State& state) {
     program.OpenSample(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         program->Refresh();
-        Settle();
+        ProcessEvents();
     }
 }
 
@@ -27,11 +27,11 @@ void RefreshBareTree(benchmark::State& state) {
     tree.setUniformRowHeights(true);
     tree.resize(program->Form()->tvwContent.Widget()->size());
     tree.show();
-    Settle();
+    ProcessEvents();
     for (auto _ : state) {
         tree.clear();
         FillBareTree(tree, static_cast<int>(state.range(0)));
-        Settle();
+        ProcessEvents();
     }
 }
 

@@ -24,7 +24,7 @@ void WithSilentChild(benchmark::State& state, Wait wait) {
     execution.Show();
     for (auto _ : state) {
         execution.Execute(QStringLiteral("sleep 5"));
-        Settle();
+        ProcessEvents();
         wait([&] {
             while (execution.Running()) {
                 DoEvents();

@@ -13,7 +13,7 @@ namespace {
 class DataTest : public testing::Test, private DataNodesEvents {
 protected:
     DataTest() {
-        Root.SetDataNodesType(Compiler);
+        Root.SetDataNodesType(NodeKind::Compiler);
         Root.SetEvents(this);
     }
 

@@ -11,7 +11,7 @@ namespace {
 /// The root of the variables that an outline tells.
 std::unique_ptr<DataNodes> Variables(const char* outline) {
     auto root = std::make_unique<DataNodes>();
-    root->SetDataNodesType(Variable);
+    root->SetDataNodesType(NodeKind::Variable);
     for (const Sketch& sketch : Sketches(outline)) {
         const auto variable = root->Add(sketch.Value);
         for (const Sketch& below : sketch.Below) {

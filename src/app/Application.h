@@ -3,6 +3,7 @@
 #include "data/DataNode.h"
 #include "data/DataNodes.h"
 
+#include <QFlags>
 #include <QObject>
 #include <QString>
 
@@ -22,6 +23,12 @@ class TextBox;
 class TreeView;
 class UpDown;
 class frmMain;
+enum class DragOverState;
+enum class DropEffect;
+enum class FileDialogPurpose;
+enum class FormUnloadMode;
+enum class KeyCode;
+using DropEffects = QFlags<DropEffect>;
 
 /// The one object that drives the program. It owns the document's two trees, the main window, the
 /// runner of commands and the file dialog, and receives every event of the window and the trees.
@@ -95,21 +102,28 @@ private:
     class CompilersEvents;
     class VariablesEvents;
 
+    // document/DocumentCommands.cpp
     bool AskOpenFileName();
     bool AskSaveFileName();
     bool AskSaveChanges();
+
+    // app/Application.cpp
     bool HandleEvents() const;
 
+    // window/TreePresentation.cpp
     void pobjCompilers_Add(DataNode& DN);
     void pobjCompilers_Move(DataNode& DN);
     void pobjCompilers_Remove(DataNode& DN);
 
-    void pobjForm_QueryUnload(bool& Cancel, int UnloadMode);
+    // window/MenuCommands.cpp
+    void pobjForm_QueryUnload(bool& Cancel, FormUnloadMode UnloadMode);
     void pobjForm_Resize();
+    // window/EditingCycle.cpp
     void pobjFormCmdAdd_Click();
     void pobjFormCmdCancel_Click();
     void pobjFormCmdOk_Click();
     void pobjFormCmdRemove_Click();
+    // window/MenuCommands.cpp
     void pobjFormMnuFileExit_Click();
     void pobjFormMnuFileNew_Click();
     void pobjFormMnuFileOpen_Click();
@@ -118,24 +132,31 @@ private:
     void pobjFormMnuFileSaveAs_Click();
     void pobjFormMnuFileShowOutput_Click();
     void pobjFormMnuHelpInfo_Click();
+    // window/TreeAndTabs.cpp
     void pobjFormTabContent_Click();
     void pobjFormTvwContent_Collapse(Node& node);
     void pobjFormTvwContent_Expand(Node& node);
     void pobjFormTvwContent_NodeCheck(Node& node);
+    // window/NodeSelection.cpp
     void pobjFormTvwContent_NodeClick(Node& node);
+    // window/EditingCycle.cpp
     void pobjFormTxtValue_Change();
-    void pobjFormTxtValue_KeyDown(int& KeyCode, int Shift);
-    void pobjFormTxtValue_OLEDragDrop(const DataObject& Data, int& Effect, int Button, int Shift,
-                                      int X, int Y);
-    void pobjFormTxtValue_OLEDragOver(const DataObject& Data, int& Effect, int Button, int Shift,
-                                      int X, int Y, int State);
+    void pobjFormTxtValue_KeyDown(KeyCode& Key, int Shift);
+    // window/MovingAndDropping.cpp
+    void pobjFormTxtValue_OLEDragDrop(const DataObject& Data, DropEffects& Effect, int Button,
+                                      int Shift, int X, int Y);
+    void pobjFormTxtValue_OLEDragOver(const DataObject& Data, DropEffects& Effect, int Button,
+                                      int Shift, int X, int Y, DragOverState State);
     void pobjFormUdnMove_DownClick();
     void pobjFormUdnMove_UpClick();
 
+    // window/TreePresentation.cpp
     void pobjVariables_Add(DataNode& DN);
     void pobjVariables_Remove(DataNode& DN);
+    // app/Application.cpp
     void SetHandleEvents(bool Enable);
 
+    // app/ApplicationLifetime.cpp
     template <typename Control, typename Event, typename... Arguments>
     void Sink(Control* field, Event event, void (Application::*handler)(Arguments...));
     template <typename Control>
@@ -145,22 +166,30 @@ private:
     void FillTabs();
     void ReleaseControls();
 
+    // document/DocumentCommands.cpp
+    void ConfigureFileDialog(const QString& title, FileDialogPurpose purpose);
     bool TakeChosenFileName();
     bool ReadDocument();
     bool WriteDocument(const QString& formerFileName);
     void AllowDocumentCommands();
 
+    // window/TreePresentation.cpp
     void ShowFileTitle();
     int CoverTree();
     void BuildTree();
     void RestoreScrollPosition(int topIndex);
     void SelectRememberedNode();
-    void SelectNode(const DataNode& selected);
-    void ShowNoSelection();
     void AddToTree(DataNode& DN);
     void RemoveFromTree(DataNode& DN);
-    DataNodes* ActiveCollection() const;
+
+    // window/NodeSelection.cpp
+    void SelectNode(const DataNode& selected);
+    void ShowNoSelection();
+    int& SelectedPosition();
     std::shared_ptr<DataNode> DataNodeOf(const Node& node) const;
+
+    // app/Application.cpp
+    DataNodes* ActiveCollection() const;
 
     bool pblnChanged = false;
     int plngContentActive = 1;

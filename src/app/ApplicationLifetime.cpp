@@ -41,23 +41,15 @@ Application::Application() {
     pobjFileDialog = std::make_unique<FileDialog>();
     pobjFileDialog->SetDialogFlag1(false);
     pobjFileDialog->SetDialogFlag2(false);
-    pobjFileDialog->SetDefaultExtension(QStringLiteral(".tvq"));
-    pobjFileDialog->SetDialogTitle(ProgramTitle());
-    pobjFileDialog->SetDialogFlag3(true);
-    pobjFileDialog->SetDialogFilter(
-        QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
-    pobjFileDialog->SetDialogFlag4(true);
+    ConfigureFileDialog(ProgramTitle(), FileDialogPurpose::Open);
     pobjFileDialog->SetInitialDirectory(App::Path());
-    pobjFileDialog->SetDialogFlag5(false);
-    pobjFileDialog->SetDialogFlag6(false);
-    pobjFileDialog->SetDialogFlag7(true);
 
     pobjCompilers = std::make_unique<DataNodes>();
-    pobjCompilers->SetDataNodesType(Compiler);
+    pobjCompilers->SetDataNodesType(NodeKind::Compiler);
     pobjCompilersEvents = std::make_unique<CompilersEvents>(*this);
     pobjCompilers->SetEvents(pobjCompilersEvents.get());
     pobjVariables = std::make_unique<DataNodes>();
-    pobjVariables->SetDataNodesType(Variable);
+    pobjVariables->SetDataNodesType(NodeKind::Variable);
     pobjVariablesEvents = std::make_unique<VariablesEvents>(*this);
     pobjVariables->SetEvents(pobjVariablesEvents.get());
 

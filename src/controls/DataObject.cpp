@@ -9,32 +9,28 @@ namespace rivenfall {
 
 DataObjectFileList::DataObjectFileList(QStringList paths) : pobjPaths(std::move(paths)) {}
 
-int DataObjectFileList::Count() const {
-    return static_cast<int>(pobjPaths.size());
-}
-
 QString DataObjectFileList::Item(int Index) const {
     return pobjPaths.at(Index - 1);
 }
 
 DataObject::DataObject(const QMimeData& data) : pobjData(data) {}
 
-bool DataObject::GetFormat(int Format) const {
+bool DataObject::GetFormat(DataObjectFormat Format) const {
     switch (Format) {
-    case DataObjectText:
+    case DataObjectFormat::Text:
         return !OwnText().isNull();
-    case DataObjectFiles:
+    case DataObjectFormat::Files:
         return !FilePaths().isEmpty();
     default:
         return false;
     }
 }
 
-QString DataObject::GetData(int Format) const {
+QString DataObject::GetData(DataObjectFormat Format) const {
     switch (Format) {
-    case DataObjectText:
+    case DataObjectFormat::Text:
         return OwnText();
-    case DataObjectFiles:
+    case DataObjectFormat::Files:
         return FilePaths().join(u'\n');
     default:
         return {};

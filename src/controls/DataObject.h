@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFlags>
 #include <QString>
 #include <QStringList>
 
@@ -8,26 +9,24 @@ class QMimeData;
 namespace rivenfall {
 
 /// The formats of dragged data.
-enum DataObjectFormat {
-    DataObjectText = 1,  ///< A text.
-    DataObjectFiles = 15 ///< A list of files.
+enum class DataObjectFormat {
+    Text = 1,  ///< A text.
+    Files = 15 ///< A list of files.
 };
 
-/// What a drag and drop may do with the data; bits of an `Effect`.
-enum DropEffect {
-    DropEffectNone = 0, ///< No drop.
-    DropEffectCopy = 1, ///< The data is copied.
-    DropEffectMove = 2  ///< The data is moved away from its source.
+/// What a drag and drop may do with the data.
+enum class DropEffect {
+    None = 0, ///< No drop.
+    Copy = 1, ///< The data is copied.
+    Move = 2  ///< The data is moved away from its source.
 };
+using DropEffects = QFlags<DropEffect>;
 
 /// The files of a drag, numbered from 1.
 class DataObjectFileList {
 public:
     /// The files at the full paths @p paths.
     explicit DataObjectFileList(QStringList paths);
-
-    /// The number of files.
-    int Count() const;
 
     /// The full path of the file at @p Index, 1 to Count.
     QString Item(int Index) const;
@@ -44,11 +43,11 @@ public:
 
     /// True if the drag carries the format @p Format. A text that only repeats where the dragged
     /// files are, as file managers add it, doesn't count as one.
-    bool GetFormat(int Format) const;
+    bool GetFormat(DataObjectFormat Format) const;
 
     /// The data in the format @p Format: the text, or the files' paths, one on a line. Empty for
     /// a format that the drag doesn't carry.
-    QString GetData(int Format) const;
+    QString GetData(DataObjectFormat Format) const;
 
     /// The files that the drag carries; empty if it carries none.
     DataObjectFileList Files() const;

@@ -37,7 +37,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override {
-        event->setAccepted(Owner.MayUnload(vbFormControlMenu));
+        event->setAccepted(Owner.MayUnload(FormUnloadMode::ControlMenu));
     }
 
     void resizeEvent(QResizeEvent* event) override {
@@ -108,11 +108,11 @@ bool Form::Visible() const {
     return pobjWindow->isVisible();
 }
 
-int Form::WindowState() const {
+FormWindowState Form::WindowState() const {
     if (pobjWindow->isMinimized()) {
-        return vbMinimized;
+        return FormWindowState::Minimized;
     }
-    return pobjWindow->isMaximized() ? vbMaximized : vbNormal;
+    return pobjWindow->isMaximized() ? FormWindowState::Maximized : FormWindowState::Normal;
 }
 
 int Form::ScaleWidth() const {
@@ -139,7 +139,7 @@ void Form::ZOrder(int) {
 }
 
 void Form::Unload() {
-    if (MayUnload(vbFormCode)) {
+    if (MayUnload(FormUnloadMode::Code)) {
         Hide();
     }
 }
@@ -169,13 +169,14 @@ void Form::AskAtSessionEnd() {
         // A dialog that waits for its answer can't be passed over, and a question about the
         // session is none of its answers.
         const bool dialogWaits = QApplication::activeModalWidget() != nullptr;
-        if (session.allowsInteraction() && (dialogWaits || !MayUnload(vbAppWindows))) {
+        if (session.allowsInteraction() &&
+            (dialogWaits || !MayUnload(FormUnloadMode::SessionEnd))) {
             session.cancel();
         }
     });
 }
 
-bool Form::MayUnload(QueryUnloadMode mode) {
+bool Form::MayUnload(FormUnloadMode mode) {
     bool cancel = false;
     Q_EMIT QueryUnload(cancel, mode);
     return !cancel;

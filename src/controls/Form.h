@@ -20,17 +20,17 @@ enum class FormBorder {
 };
 
 /// The values of a form's WindowState.
-enum FormWindowState {
-    vbNormal = 0,    ///< Neither of the two below.
-    vbMinimized = 1, ///< Put away as an icon.
-    vbMaximized = 2  ///< As large as the screen.
+enum class FormWindowState {
+    Normal = 0,    ///< Neither of the two below.
+    Minimized = 1, ///< Put away as an icon.
+    Maximized = 2  ///< As large as the screen.
 };
 
 /// Why a form is asked to unload: the values of UnloadMode.
-enum QueryUnloadMode {
-    vbFormControlMenu = 0, ///< The user closes the window.
-    vbFormCode = 1,        ///< The program's own code unloads it.
-    vbAppWindows = 2       ///< The user's session ends.
+enum class FormUnloadMode {
+    ControlMenu = 0, ///< The user closes the window.
+    Code = 1,        ///< The program's own code unloads it.
+    SessionEnd = 2   ///< The user's session ends.
 };
 
 /// A window with controls. It is made hidden; whoever makes it owns it.
@@ -51,8 +51,8 @@ public:
     /// True while the form is shown, minimised or not.
     bool Visible() const;
 
-    /// A FormWindowState.
-    int WindowState() const;
+    /// Whether the window is put away or fills the screen.
+    FormWindowState WindowState() const;
 
     /// The client area's size in twips.
     int ScaleWidth() const;
@@ -68,8 +68,8 @@ public:
     /// exists.
     void ZOrder(int position);
 
-    /// Asks QueryUnload with vbFormCode and hides the form if nothing objects. The form's objects
-    /// stay until its owner lets go of it.
+    /// Asks QueryUnload with FormUnloadMode::Code and hides the form if nothing objects. The form's
+    /// objects stay until its owner lets go of it.
     void Unload();
 
     /// The container of the form's own controls and menus. Owned by the form.
@@ -79,9 +79,8 @@ public:
     QMainWindow* Window() const;
 
 Q_SIGNALS:
-    /// The form is about to go; @p UnloadMode is a QueryUnloadMode. Writing True to @p Cancel
-    /// keeps it.
-    void QueryUnload(bool& Cancel, int UnloadMode);
+    /// The form is about to go for the reason @p UnloadMode. Writing True to @p Cancel keeps it.
+    void QueryUnload(bool& Cancel, rivenfall::FormUnloadMode UnloadMode);
 
     /// The client area has another size, or the window another state.
     void Resize();
@@ -106,7 +105,7 @@ protected:
 private:
     friend class FormWindow;
 
-    bool MayUnload(QueryUnloadMode mode);
+    bool MayUnload(FormUnloadMode mode);
     bool PressButtonFor(int key);
 
     std::unique_ptr<QMainWindow> pobjWindow;

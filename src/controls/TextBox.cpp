@@ -17,17 +17,14 @@ namespace rivenfall {
 
 namespace {
 
-/// The code of a key that no handler asks for.
-constexpr int OtherKey = 255;
-
-int KeyCodeOf(const QKeyEvent& event) {
+KeyCode KeyCodeOf(const QKeyEvent& event) {
     switch (event.key()) {
     case Qt::Key_Up:
-        return vbKeyUp;
+        return KeyCode::Up;
     case Qt::Key_Down:
-        return vbKeyDown;
+        return KeyCode::Down;
     default:
-        return OtherKey;
+        return KeyCode::Other;
     }
 }
 
@@ -43,9 +40,11 @@ int ButtonOf(Qt::MouseButtons buttons) {
            (buttons.testFlag(Qt::MiddleButton) ? 4 : 0);
 }
 
-int EffectOf(Qt::DropActions actions) {
-    return (actions.testFlag(Qt::CopyAction) ? DropEffectCopy : 0) |
-           (actions.testFlag(Qt::MoveAction) ? DropEffectMove : 0);
+DropEffects EffectOf(Qt::DropActions actions) {
+    DropEffects effect = DropEffect::None;
+    effect.setFlag(DropEffect::Copy, actions.testFlag(Qt::CopyAction));
+    effect.setFlag(DropEffect::Move, actions.testFlag(Qt::MoveAction));
+    return effect;
 }
 
 /// The widget behind a TextBox: hands keys and drags to the control before it acts on them.
@@ -61,24 +60,25 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override {
-        int keyCode = KeyCodeOf(*event);
-        Q_EMIT Owner->KeyDown(keyCode, ShiftOf(event->modifiers()));
-        if (keyCode != 0) {
+        KeyCode key = KeyCodeOf(*event);
+        Q_EMIT Owner->KeyDown(key, ShiftOf(event->modifiers()));
+        if (key != KeyCode::None) {
             QLineEdit::keyPressEvent(event);
         }
     }
 
-    void dragEnterEvent(QDragEnterEvent* event) override { Offer(event, DragEnter); }
+    void dragEnterEvent(QDragEnterEvent* event) override { Offer(event, DragOverState::Enter); }
 
-    void dragMoveEvent(QDragMoveEvent* event) override { Offer(event, DragOver); }
+    void dragMoveEvent(QDragMoveEvent* event) override { Offer(event, DragOverState::Over); }
 
     void dragLeaveEvent(QDragLeaveEvent*) override {
-        int effect = DropEffectNone;
-        Q_EMIT Owner->OLEDragOver(DataObject(QMimeData()), effect, 0, 0, 0, 0, DragLeave);
+        DropEffects effect = DropEffect::None;
+        Q_EMIT Owner->OLEDragOver(DataObject(QMimeData()), effect, 0, 0, 0, 0,
+                                  DragOverState::Leave);
     }
 
     void dropEvent(QDropEvent* event) override {
-        int effect = EffectOf(event->possibleActions());
+        DropEffects effect = EffectOf(event->possibleActions());
         const QPoint place = event->position().toPoint();
         Q_EMIT Owner->OLEDragDrop(DataObject(*event->mimeData()), effect,
                                   ButtonOf(event->buttons()), ShiftOf(event->modifiers()),
@@ -88,7 +88,7 @@ protected:
 
 private:
     void Offer(QDragMoveEvent* event, DragOverState state) {
-        int effect = EffectOf(event->possibleActions());
+        DropEffects effect = EffectOf(event->possibleActions());
         const QPoint place = event->position().toPoint();
         Q_EMIT Owner->OLEDragOver(DataObject(*event->mimeData()), effect,
                                   ButtonOf(event->buttons()), ShiftOf(event->modifiers()),
@@ -96,8 +96,8 @@ private:
         Answer(event, effect);
     }
 
-    static void Answer(QDropEvent* event, int effect) {
-        if ((effect & DropEffectCopy) == 0) {
+    static void Answer(QDropEvent* event, DropEffects effect) {
+        if (!effect.testFlag(DropEffect::Copy)) {
             event->ignore();
             return;
         }

@@ -5,17 +5,19 @@
 
 namespace rivenfall {
 
-/// The virtual codes of the keys that a handler of KeyDown asks for.
-enum KeyCodeConstants {
-    vbKeyUp = 38,  ///< The up arrow.
-    vbKeyDown = 40 ///< The down arrow.
+/// The codes of the keys that a handler of KeyDown asks for.
+enum class KeyCode {
+    None = 0,   ///< No key: the box doesn't get it.
+    Up = 38,    ///< The up arrow.
+    Down = 40,  ///< The down arrow.
+    Other = 255 ///< Any key that no handler asks for.
 };
 
 /// Where a drag stands to the box.
-enum DragOverState {
-    DragEnter = 0, ///< It enters the box.
-    DragLeave = 1, ///< It leaves the box.
-    DragOver = 2   ///< It moves over the box.
+enum class DragOverState {
+    Enter = 0, ///< It enters the box.
+    Leave = 1, ///< It leaves the box.
+    Over = 2   ///< It moves over the box.
 };
 
 /// A box for one line of text that leaves drops to its owner.
@@ -39,17 +41,18 @@ Q_SIGNALS:
     /// The text has changed, by the user or by code.
     void Change();
 
-    /// A key goes down. Writing 0 to @p KeyCode keeps it from the box. @p Shift is 1 for Shift,
-    /// 2 for Control, 4 for Alt, or their sum.
-    void KeyDown(int& KeyCode, int Shift);
+    /// A key goes down. Writing KeyCode::None to @p Key keeps it from the box. @p Shift is 1 for
+    /// Shift, 2 for Control, 4 for Alt, or their sum.
+    void KeyDown(rivenfall::KeyCode& Key, int Shift);
 
-    /// A drag enters, leaves or moves over the box; @p State is a DragOverState. @p Effect comes
-    /// with the bits that the source offers and goes back with the one that a drop would have.
-    void OLEDragOver(const DataObject& Data, int& Effect, int Button, int Shift, int X, int Y,
-                     int State);
+    /// A drag enters, leaves or moves over the box; @p Effect comes
+    /// with what the source offers and goes back with the one that a drop would have.
+    void OLEDragOver(const rivenfall::DataObject& Data, rivenfall::DropEffects& Effect, int Button,
+                     int Shift, int X, int Y, rivenfall::DragOverState State);
 
     /// The drag is let go over the box; @p Effect as above. X and Y are twips.
-    void OLEDragDrop(const DataObject& Data, int& Effect, int Button, int Shift, int X, int Y);
+    void OLEDragDrop(const rivenfall::DataObject& Data, rivenfall::DropEffects& Effect, int Button,
+                     int Shift, int X, int Y);
 };
 
 } // namespace rivenfall

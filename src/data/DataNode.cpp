@@ -40,10 +40,10 @@ void DataNode::SetExpanded(bool expanded) {
 
 QString DataNode::Key() const {
     switch (plngDataNodeType) {
-    case Parameter:
-    case VariableValue:
+    case NodeKind::Parameter:
+    case NodeKind::VariableValue:
         return MakeNodeKey(pobjParent->Parent()->Index(), plngIndex, 0);
-    case ParameterValue: {
+    case NodeKind::ParameterValue: {
         const DataNode* parameter = pobjParent->Parent();
         return MakeNodeKey(parameter->Parent()->Parent()->Index(), parameter->Index(), plngIndex);
     }
@@ -65,17 +65,17 @@ void DataNode::SetValue(const QString& value) {
     pstrValue = value;
 }
 
-void DataNode::SetDataNodeType(int kind) {
-    plngDataNodeType = static_cast<qint8>(kind);
+void DataNode::SetDataNodeType(NodeKind kind) {
+    plngDataNodeType = kind;
     switch (kind) {
-    case Compiler:
-        pobjChilds->SetDataNodesType(Parameter);
+    case NodeKind::Compiler:
+        pobjChilds->SetDataNodesType(NodeKind::Parameter);
         break;
-    case Parameter:
-        pobjChilds->SetDataNodesType(ParameterValue);
+    case NodeKind::Parameter:
+        pobjChilds->SetDataNodesType(NodeKind::ParameterValue);
         break;
-    case Variable:
-        pobjChilds->SetDataNodesType(VariableValue);
+    case NodeKind::Variable:
+        pobjChilds->SetDataNodesType(NodeKind::VariableValue);
         break;
     default:
         pobjChilds.reset();

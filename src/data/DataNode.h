@@ -9,7 +9,7 @@ namespace rivenfall {
 class DataNodes;
 
 /// The kinds of node: the values of DataNodeType and DataNodesType.
-enum NodeKind {
+enum class NodeKind : qint8 {
     Compiler = 0,       ///< A program to run; holds parameters.
     Parameter = 1,      ///< A parameter's text; holds its values.
     ParameterValue = 2, ///< One of a parameter's alternatives.
@@ -18,8 +18,8 @@ enum NodeKind {
 };
 
 /// True for the kinds that hold other nodes.
-constexpr bool MayHoldNodes(int kind) {
-    return kind != ParameterValue && kind != VariableValue;
+constexpr bool MayHoldNodes(NodeKind kind) {
+    return kind != NodeKind::ParameterValue && kind != NodeKind::VariableValue;
 }
 
 /// One element of a document's content.
@@ -28,7 +28,7 @@ constexpr bool MayHoldNodes(int kind) {
 /// node owns its child collection. No property marks the document as changed.
 class DataNode {
 public:
-    /// A node of the kind 0 in no collection, switched off and expanded. Only a collection makes
+    /// A compiler in no collection, switched off and expanded. Only a collection makes
     /// nodes.
     DataNode();
     ~DataNode();
@@ -44,8 +44,8 @@ public:
     /// deleted node.
     DataNodes* Childs() const { return pobjChilds.get(); }
 
-    /// A NodeKind.
-    int DataNodeType() const { return plngDataNodeType; }
+    /// What the node is; its collection and every sibling are of the same kind.
+    NodeKind DataNodeType() const { return plngDataNodeType; }
 
     /// Takes the node with its whole subtree out of the tree, the subtree bottom up. Afterwards
     /// Index is 0, Value empty, and Parent and Childs are null.
@@ -78,7 +78,7 @@ private:
     friend class DataNodes;
     friend class TreeBags;
 
-    void SetDataNodeType(int kind);
+    void SetDataNodeType(NodeKind kind);
     void SetIndex(int index);
     void SetParent(DataNodes* parent);
 
@@ -88,7 +88,7 @@ private:
 
     bool pblnActive = false;
     bool pblnExpanded = true;
-    qint8 plngDataNodeType = Compiler;
+    NodeKind plngDataNodeType = NodeKind::Compiler;
     int plngIndex = 0;
     DataNodes* pobjParent = nullptr;
     QString pstrValue;

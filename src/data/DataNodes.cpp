@@ -39,7 +39,7 @@ void DataNodes::Remove(int Index) {
     Item(Index)->Delete();
 }
 
-void DataNodes::SetDataNodesType(int kind) {
+void DataNodes::SetDataNodesType(NodeKind kind) {
     plngDataNodesType = kind;
 }
 

@@ -8,6 +8,7 @@
 namespace rivenfall {
 
 class DataNode;
+enum class NodeKind : qint8;
 
 /// Who hears of the changes in a root collection and everything below it. Each call names the
 /// node that was really added, moved or removed.
@@ -34,7 +35,7 @@ class DataNodes {
 public:
     using Items = std::vector<std::shared_ptr<DataNode>>;
 
-    /// An empty collection of the kind 0 without an owner.
+    /// An empty collection of compilers without an owner.
     DataNodes();
     ~DataNodes();
 
@@ -50,8 +51,8 @@ public:
     /// The number of nodes.
     int Count() const { return static_cast<int>(pobjItems.size()); }
 
-    /// The NodeKind of the nodes.
-    int DataNodesType() const { return plngDataNodesType; }
+    /// What the nodes are.
+    NodeKind DataNodesType() const { return plngDataNodesType; }
 
     /// The node at @p Index, 1 to Count. Throws std::out_of_range for any other position.
     std::shared_ptr<DataNode> Item(int Index) const;
@@ -67,7 +68,7 @@ public:
     void Remove(int Index);
 
     /// Sets the kind of the nodes, nothing else.
-    void SetDataNodesType(int kind);
+    void SetDataNodesType(NodeKind kind);
 
     /// Has @p events, which must outlive the collection or be taken off it, hear of the changes
     /// in a root; null takes it off.
@@ -95,7 +96,7 @@ private:
     std::shared_ptr<DataNode> MakeNode();
 
     Items pobjItems;
-    int plngDataNodesType = 0;
+    NodeKind plngDataNodesType = NodeKind();
     DataNode* pobjParent = nullptr;
     DataNodesEvents* pobjEvents = nullptr;
 };

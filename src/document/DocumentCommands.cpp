@@ -12,29 +12,29 @@
 
 namespace rivenfall {
 
-namespace {
-
-void Configure(FileDialog& dialog, const QString& purpose, bool opening) {
-    dialog.SetDefaultExtension(QStringLiteral(".tvq"));
-    dialog.SetDialogTitle(purpose + ProgramTitle());
-    dialog.SetDialogFlag3(opening);
-    dialog.SetDialogFilter(QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
-    dialog.SetDialogFlag4(true);
-    dialog.SetDialogFlag5(false);
-    dialog.SetDialogFlag6(!opening);
-    dialog.SetDialogFlag7(opening);
+/// Sets the file dialog up for @p purpose, with the caption @p title.
+void Application::ConfigureFileDialog(const QString& title, FileDialogPurpose purpose) {
+    const bool opening = purpose == FileDialogPurpose::Open;
+    pobjFileDialog->SetDefaultExtension(QStringLiteral(".tvq"));
+    pobjFileDialog->SetDialogTitle(title);
+    pobjFileDialog->SetDialogFlag3(opening);
+    pobjFileDialog->SetDialogFilter(
+        QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
+    pobjFileDialog->SetDialogFlag4(true);
+    pobjFileDialog->SetDialogFlag5(false);
+    pobjFileDialog->SetDialogFlag6(!opening);
+    pobjFileDialog->SetDialogFlag7(opening);
 }
 
-} // namespace
-
 bool Application::AskOpenFileName() {
-    Configure(*pobjFileDialog, QStringLiteral("Open File - "), true);
+    ConfigureFileDialog(QStringLiteral("Open File - ") + ProgramTitle(), FileDialogPurpose::Open);
     pobjFileDialog->ShowOpen();
     return TakeChosenFileName();
 }
 
 bool Application::AskSaveFileName() {
-    Configure(*pobjFileDialog, QStringLiteral("FileSave File As - "), false);
+    ConfigureFileDialog(QStringLiteral("FileSave File As - ") + ProgramTitle(),
+                        FileDialogPurpose::Save);
     pobjFileDialog->ShowSave();
     return TakeChosenFileName();
 }

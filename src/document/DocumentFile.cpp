@@ -70,10 +70,10 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
         throw PropertyBagError{
             QStringLiteral("its format \"%1\" is unknown").arg(identification.toString())};
     }
-    const PropertyBag contentBag = TreeBags::BagIn(fileBag, "_Content");
-    TreeBags::LoadFromBag(content.Compilers, TreeBags::BagIn(contentBag, "Compilers"));
+    const PropertyBag contentBag = TreeBags::ReadBag(fileBag, "_Content");
+    TreeBags::LoadFromBag(content.Compilers, TreeBags::ReadBag(contentBag, "Compilers"));
     if (content.HasVariables) {
-        TreeBags::LoadFromBag(content.Variables, TreeBags::BagIn(contentBag, "Variables"));
+        TreeBags::LoadFromBag(content.Variables, TreeBags::ReadBag(contentBag, "Variables"));
     }
 }
 
@@ -111,8 +111,8 @@ QString Sentence(const QString& verb, const QString& fileName, const QString& re
 } // namespace
 
 DocumentContent::DocumentContent() {
-    Compilers.SetDataNodesType(Compiler);
-    Variables.SetDataNodesType(Variable);
+    Compilers.SetDataNodesType(NodeKind::Compiler);
+    Variables.SetDataNodesType(NodeKind::Variable);
 }
 
 void MakeDefaultVariable(DataNodes& variables) {

@@ -61,14 +61,14 @@ void TreeBags::LoadFromBag(DataNodes& collection, const PropertyBag& bag) {
     }
     for (int position = 1; position <= count; ++position) {
         const std::shared_ptr<DataNode> node = collection.MakeNode();
-        LoadFromBag(*node, BagIn(bag, ItemName(position)));
+        LoadFromBag(*node, ReadBag(bag, ItemName(position)));
         collection.pobjItems.push_back(node);
         // At once: where a later node is broken, the collection deletes its nodes by their numbers.
         node->SetIndex(position);
     }
 }
 
-PropertyBag TreeBags::BagIn(const PropertyBag& bag, QByteArrayView name) {
+PropertyBag TreeBags::ReadBag(const PropertyBag& bag, QByteArrayView name) {
     PropertyBag inner;
     inner.SetContents(Required<QByteArray>(bag, name));
     return inner;
@@ -82,7 +82,7 @@ void TreeBags::LoadFromBag(DataNode& node, const PropertyBag& bag) {
     }
     node.pblnActive = active.toBool();
     if (MayHoldNodes(node.DataNodeType())) {
-        LoadFromBag(*node.Childs(), BagIn(bag, "Childs"));
+        LoadFromBag(*node.Childs(), ReadBag(bag, "Childs"));
     }
 }
 

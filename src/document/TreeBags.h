@@ -22,7 +22,7 @@ public:
     static void LoadFromBag(DataNodes& collection, const PropertyBag& bag);
 
     /// The bag that @p bag holds under @p name. Throws PropertyBagError where it holds none.
-    static PropertyBag BagIn(const PropertyBag& bag, QByteArrayView name);
+    static PropertyBag ReadBag(const PropertyBag& bag, QByteArrayView name);
 
 private:
     static void LoadFromBag(DataNode& node, const PropertyBag& bag);

@@ -32,8 +32,9 @@ Execution::Execution() : pobjForm(new frmExec) {
     pobjFormTmrTick->SetEnabled(true);
     pobjFormTxtOutput = &pobjForm->txtOutput;
 
-    QObject::connect(pobjForm.get(), &Form::QueryUnload, &pobjSinks,
-                     [this](bool& cancel, int mode) { pobjForm_QueryUnload(cancel, mode); });
+    QObject::connect(
+        pobjForm.get(), &Form::QueryUnload, &pobjSinks,
+        [this](bool& cancel, FormUnloadMode mode) { pobjForm_QueryUnload(cancel, mode); });
     QObject::connect(pobjForm.get(), &Form::Resize, &pobjSinks, [this] { pobjForm_Resize(); });
     QObject::connect(pobjFormTmrTick, &Timer::Tick, &pobjSinks,
                      [this] { pobjFormTmrTick_Timer(); });
@@ -131,15 +132,15 @@ bool Execution::OpenPipes(StandardStreams& streams) {
     return true;
 }
 
-void Execution::pobjForm_QueryUnload(bool& Cancel, int UnloadMode) {
-    if (UnloadMode != vbFormCode) {
+void Execution::pobjForm_QueryUnload(bool& Cancel, FormUnloadMode UnloadMode) {
+    if (UnloadMode != FormUnloadMode::Code) {
         Cancel = true;
         pobjForm->Hide();
     }
 }
 
 void Execution::pobjForm_Resize() {
-    if (pobjForm->WindowState() == vbMinimized) {
+    if (pobjForm->WindowState() == FormWindowState::Minimized) {
         return;
     }
     const int height = std::max(pobjForm->ScaleHeight(), LowestBoxHeight);

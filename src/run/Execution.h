@@ -12,6 +12,7 @@ namespace rivenfall {
 
 class MultiLineTextBox;
 class Timer;
+enum class FormUnloadMode;
 class frmExec;
 
 /// Runs one command line at a time and shows what was done and what it printed in one growing
@@ -60,7 +61,7 @@ private:
 
     bool StartProcess(const QString& CommandLine);
     bool OpenPipes(StandardStreams& streams);
-    void pobjForm_QueryUnload(bool& Cancel, int UnloadMode);
+    void pobjForm_QueryUnload(bool& Cancel, FormUnloadMode UnloadMode);
     void pobjForm_Resize();
     void pobjFormTmrTick_Timer();
     void EnsureShown();

@@ -12,14 +12,14 @@ FileDialogHandler CurrentHandler;
 } // namespace
 
 void FileDialog::ShowOpen() {
-    Show(Purpose::Open);
+    Show(FileDialogPurpose::Open);
 }
 
 void FileDialog::ShowSave() {
-    Show(Purpose::Save);
+    Show(FileDialogPurpose::Save);
 }
 
-void FileDialog::Show(Purpose purpose) {
+void FileDialog::Show(FileDialogPurpose purpose) {
     const QString chosen = CurrentHandler ? CurrentHandler(pstrTitle) : AskUser(purpose);
     pblnCancelled = chosen.isEmpty();
     if (!pblnCancelled) {
@@ -27,13 +27,13 @@ void FileDialog::Show(Purpose purpose) {
     }
 }
 
-QString FileDialog::AskUser(Purpose purpose) const {
+QString FileDialog::AskUser(FileDialogPurpose purpose) const {
     QFileDialog dialog(QApplication::activeWindow(), pstrTitle, pstrInitialDirectory);
     dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(pstrFilter.section(u'|', 0, 0),
                                                        pstrFilter.section(u'|', 1, 1)));
     dialog.setDefaultSuffix(pstrDefaultExtension.mid(1));
-    dialog.setAcceptMode(purpose == Purpose::Open ? QFileDialog::AcceptOpen
-                                                  : QFileDialog::AcceptSave);
+    dialog.setAcceptMode(purpose == FileDialogPurpose::Open ? QFileDialog::AcceptOpen
+                                                            : QFileDialog::AcceptSave);
     dialog.setFileMode(pblnFileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, !pblnAskBeforeOverwriting);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();

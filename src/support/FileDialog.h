@@ -6,6 +6,9 @@
 
 namespace rivenfall {
 
+/// What a file is chosen for.
+enum class FileDialogPurpose { Open, Save };
+
 /// The dialogs in which the user chooses a file to open or to save to. Every setting stays as it
 /// was written last from one showing to the next.
 class FileDialog {
@@ -56,10 +59,8 @@ public:
     void ShowSave();
 
 private:
-    enum class Purpose { Open, Save };
-
-    void Show(Purpose purpose);
-    QString AskUser(Purpose purpose) const;
+    void Show(FileDialogPurpose purpose);
+    QString AskUser(FileDialogPurpose purpose) const;
 
     bool pblnCancelled = false;
     bool pblnFileMustExist = false;

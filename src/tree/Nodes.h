@@ -77,8 +77,8 @@ private:
     mutable std::vector<Node*> pobjOrder;
     mutable bool pblnNumbered = true;
 
-    /// All nodes by key. Filled when somebody asks for a key, and kept up to date from then on until
-    /// Clear: most trees are built anew without a look-up.
+    /// All nodes by key. Filled when somebody asks for a key, and kept up to date from then on
+    /// until Clear: most trees are built anew without a look-up.
     mutable QHash<QString, Node*> pobjByKey;
 };
 

@@ -16,42 +16,42 @@ const QString CollapseAction = QStringLiteral("Collapse");
 /// One node as a screen reader sees it. Its actions are the user's own.
 class NodeAccessibility : public QAccessibleInterface, public QAccessibleActionInterface {
 public:
-    NodeAccessibility(TreeAccessibility& tree, Node& node) : pobjTree(tree), pobjNode(node) {}
+    NodeAccessibility(TreeAccessibility& tree, Node& node) : Tree(tree), Item(node) {}
 
-    const Node& Subject() const { return pobjNode; }
+    const Node& Subject() const { return Item; }
 
-    bool isValid() const override { return pobjTree.isValid(); }
+    bool isValid() const override { return Tree.isValid(); }
     QObject* object() const override { return nullptr; }
-    QWindow* window() const override { return pobjTree.window(); }
+    QWindow* window() const override { return Tree.window(); }
     QAccessible::Role role() const override { return QAccessible::TreeItem; }
 
     QAccessibleInterface* parent() const override {
-        Node* const parent = pobjNode.Parent();
-        return parent ? pobjTree.InterfaceOf(*parent) : &pobjTree;
+        Node* const parent = Item.Parent();
+        return parent ? Tree.InterfaceOf(*parent) : &Tree;
     }
 
     int childCount() const override { return Rows().Model().rowCount(Index()); }
 
     QAccessibleInterface* child(int index) const override {
         Node* const node = TreeModel::NodeAt(Rows().Model().index(index, 0, Index()));
-        return node ? pobjTree.InterfaceOf(*node) : nullptr;
+        return node ? Tree.InterfaceOf(*node) : nullptr;
     }
 
     int indexOfChild(const QAccessibleInterface* child) const override {
         const auto* const item = dynamic_cast<const NodeAccessibility*>(child);
-        return item && item->pobjNode.Parent() == &pobjNode ? item->Index().row() : -1;
+        return item && item->Item.Parent() == &Item ? item->Index().row() : -1;
     }
 
     QAccessibleInterface* childAt(int, int) const override { return nullptr; }
 
     QString text(QAccessible::Text text) const override {
         if (text == QAccessible::Name) {
-            const bool blank = pobjNode.Text().trimmed().isEmpty();
-            return blank ? QStringLiteral("(empty)") : pobjNode.Text();
+            const bool blank = Item.Text().trimmed().isEmpty();
+            return blank ? QStringLiteral("(empty)") : Item.Text();
         }
         if (text == QAccessible::Description) {
             int level = 1;
-            for (const Node* each = pobjNode.Parent(); each; each = each->Parent()) {
+            for (const Node* each = Item.Parent(); each; each = each->Parent()) {
                 ++level;
             }
             const QModelIndex index = Index();
@@ -67,7 +67,7 @@ public:
 
     QRect rect() const override {
         const std::vector<Node*> rows = Rows().RowsInView();
-        if (std::find(rows.begin(), rows.end(), &pobjNode) == rows.end()) {
+        if (std::find(rows.begin(), rows.end(), &Item) == rows.end()) {
             return {};
         }
         const QRect row = Rows().visualRect(Index());
@@ -78,17 +78,18 @@ public:
         const std::vector<Node*> rows = Rows().RowsInView();
         QAccessible::State state;
         state.disabled = !Rows().isEnabled();
-        state.invisible = &TreeRows::NearestShown(pobjNode) != &pobjNode || !Rows().isVisible();
-        state.offscreen = std::find(rows.begin(), rows.end(), &pobjNode) == rows.end();
+        state.invisible =
+            &TreeRows::VisibleAncestorOrSelf(Item) != &Item || !Rows().isVisible();
+        state.offscreen = std::find(rows.begin(), rows.end(), &Item) == rows.end();
         state.selectable = true;
-        state.selected = pobjNode.Selected();
+        state.selected = Item.Selected();
         state.focusable = true;
-        state.focused = pobjNode.Selected() && Rows().hasFocus();
+        state.focused = Item.Selected() && Rows().hasFocus();
         state.checkable = true;
-        state.checked = pobjNode.Checked();
+        state.checked = Item.Checked();
         state.expandable = Rows().Model().hasChildren(Index());
-        state.expanded = state.expandable && pobjNode.Expanded();
-        state.collapsed = state.expandable && !pobjNode.Expanded();
+        state.expanded = state.expandable && Item.Expanded();
+        state.collapsed = state.expandable && !Item.Expanded();
         return state;
     }
 
@@ -105,7 +106,7 @@ public:
         }
         QStringList names{pressAction(), toggleAction()};
         if (Rows().Model().hasChildren(Index())) {
-            names.append(pobjNode.Expanded() ? CollapseAction : ExpandAction);
+            names.append(Item.Expanded() ? CollapseAction : ExpandAction);
         }
         return names;
     }
@@ -115,22 +116,22 @@ public:
             return;
         }
         if (name == pressAction()) {
-            Rows().Choose(pobjNode);
+            Rows().Choose(Item);
         } else if (name == toggleAction()) {
-            Rows().ToggleCheck(pobjNode);
+            Rows().ToggleCheck(Item);
         } else {
-            Rows().ToggleBranch(pobjNode);
+            Rows().ToggleBranch(Item);
         }
     }
 
     QStringList keyBindingsForAction(const QString&) const override { return {}; }
 
 private:
-    TreeRows& Rows() const { return *pobjTree.Rows(); }
-    QModelIndex Index() const { return Rows().Model().IndexOf(pobjNode); }
+    TreeRows& Rows() const { return *Tree.Rows(); }
+    QModelIndex Index() const { return Rows().Model().IndexOf(Item); }
 
-    TreeAccessibility& pobjTree;
-    Node& pobjNode;
+    TreeAccessibility& Tree;
+    Node& Item;
 };
 
 QAccessibleInterface* PresentTreeRows(const QString& className, QObject* object) {

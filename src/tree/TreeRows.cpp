@@ -51,8 +51,8 @@ TreeRows::TreeRows(QWidget* container)
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(0);
 
-    pobjSettleTimer.setSingleShot(true);
-    connect(&pobjSettleTimer, &QTimer::timeout, this, &TreeRows::Settle);
+    pobjApplyTimer.setSingleShot(true);
+    connect(&pobjApplyTimer, &QTimer::timeout, this, &TreeRows::ApplyChanges);
     connect(this, &QTreeView::expanded, this,
             [this](const QModelIndex& index) { BranchChanged(index, true); });
     connect(this, &QTreeView::collapsed, this,
@@ -71,14 +71,14 @@ void TreeRows::BeginChanges() {
         return;
     }
     pobjModel->BeginChanges();
-    pobjSettleTimer.start(0);
+    pobjApplyTimer.start(0);
 }
 
-void TreeRows::Settle() {
+void TreeRows::ApplyChanges() {
     if (!pobjModel->Changing()) {
         return;
     }
-    pobjSettleTimer.stop();
+    pobjApplyTimer.stop();
     plngWidestRow = 0;
     pobjModel->EndChanges();
     OpenBranches();
@@ -129,7 +129,7 @@ void TreeRows::SetSelected(Node* node) {
 }
 
 std::vector<Node*> TreeRows::RowsInView() {
-    Settle();
+    ApplyChanges();
     std::vector<Node*> rows;
     const QModelIndex top = indexAt(QPoint(viewport()->width() / 2, 0));
     if (!top.isValid()) {
@@ -146,7 +146,7 @@ std::vector<Node*> TreeRows::RowsInView() {
 }
 
 Node* TreeRows::RowAt(const QPoint& position) {
-    Settle();
+    ApplyChanges();
     return TreeModel::NodeAt(indexAt(position));
 }
 
@@ -154,11 +154,11 @@ void TreeRows::BringIntoView(Node& node) {
     for (Node* each = node.Parent(); each; each = each->Parent()) {
         each->SetExpanded(true);
     }
-    Settle();
+    ApplyChanges();
     scrollTo(pobjModel->IndexOf(node));
 }
 
-Node& TreeRows::NearestShown(Node& node) {
+Node& TreeRows::VisibleAncestorOrSelf(Node& node) {
     Node* shown = &node;
     for (Node* each = node.Parent(); each; each = each->Parent()) {
         if (!each->Expanded()) {
@@ -178,7 +178,8 @@ void TreeRows::Forget(Node& node) {
     if (pobjPressedBox == &node) {
         pobjPressedBox = nullptr;
     }
-    std::erase_if(pobjHappenings, [&](const Happening& each) { return each.Subject == &node; });
+    std::erase_if(pobjPendingEvents,
+                  [&](const PendingEvent& each) { return each.Subject == &node; });
     if (pobjAccessibility) {
         pobjAccessibility->Forget(node);
     }
@@ -187,7 +188,7 @@ void TreeRows::Forget(Node& node) {
 void TreeRows::ForgetAll() {
     pobjSelected = nullptr;
     pobjPressedBox = nullptr;
-    pobjHappenings.clear();
+    pobjPendingEvents.clear();
     if (pobjAccessibility) {
         pobjAccessibility->ForgetAll();
     }
@@ -220,8 +221,8 @@ void TreeRows::BranchChanged(const QModelIndex& index, bool expanded) {
 }
 
 void TreeRows::Choose(Node& node) {
-    Settle();
-    AsUser([&] {
+    ApplyChanges();
+    DoAsUser([&] {
         pblnRowChosen = true;
         selectionModel()->setCurrentIndex(pobjModel->IndexOf(node),
                                           QItemSelectionModel::ClearAndSelect);
@@ -229,15 +230,15 @@ void TreeRows::Choose(Node& node) {
 }
 
 void TreeRows::ToggleCheck(Node& node) {
-    AsUser([&] {
+    DoAsUser([&] {
         node.SetChecked(!node.Checked());
         Raise(&TreeRows::CheckChanged, node);
     });
 }
 
 void TreeRows::ToggleBranch(Node& node) {
-    Settle();
-    AsUser([&] { setExpanded(pobjModel->IndexOf(node), !node.Expanded()); });
+    ApplyChanges();
+    DoAsUser([&] { setExpanded(pobjModel->IndexOf(node), !node.Expanded()); });
 }
 
 void TreeRows::OpenWholeBranch(Node& node) {
@@ -255,7 +256,7 @@ void TreeRows::OpenWholeBranch(Node& node) {
 }
 
 template <typename Action>
-void TreeRows::AsUser(Action action) {
+void TreeRows::DoAsUser(Action action) {
     ++plngUserActions;
     action();
     --plngUserActions;
@@ -263,7 +264,7 @@ void TreeRows::AsUser(Action action) {
 }
 
 void TreeRows::Raise(void (TreeRows::*signal)(Node&), Node& node) {
-    pobjHappenings.push_back({signal, &node});
+    pobjPendingEvents.push_back({signal, &node});
 }
 
 void TreeRows::FinishUserAction() {
@@ -277,9 +278,9 @@ void TreeRows::FinishUserAction() {
         Raise(&TreeRows::RowChosen, *current);
     }
     pblnRowChosen = false;
-    while (!pobjHappenings.empty()) {
-        const Happening next = pobjHappenings.front();
-        pobjHappenings.pop_front();
+    while (!pobjPendingEvents.empty()) {
+        const PendingEvent next = pobjPendingEvents.front();
+        pobjPendingEvents.pop_front();
         Q_EMIT(this->*next.Signal)(*next.Subject);
     }
 }
@@ -288,16 +289,16 @@ bool TreeRows::event(QEvent* event) {
     if (event->type() == QEvent::DeferredDelete) {
         return QTreeView::event(event);
     }
-    Settle();
+    ApplyChanges();
     bool handled = false;
-    AsUser([&] { handled = QTreeView::event(event); });
+    DoAsUser([&] { handled = QTreeView::event(event); });
     return handled;
 }
 
 bool TreeRows::viewportEvent(QEvent* event) {
-    Settle();
+    ApplyChanges();
     bool handled = false;
-    AsUser([&] { handled = QTreeView::viewportEvent(event); });
+    DoAsUser([&] { handled = QTreeView::viewportEvent(event); });
     return handled;
 }
 
@@ -345,7 +346,7 @@ void TreeRows::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void TreeRows::keyPressEvent(QKeyEvent* event) {
-    Node* const shown = pobjSelected ? &NearestShown(*pobjSelected) : nullptr;
+    Node* const shown = pobjSelected ? &VisibleAncestorOrSelf(*pobjSelected) : nullptr;
     const bool hidden = shown != pobjSelected;
     switch (event->key()) {
     case Qt::Key_Return:
@@ -384,7 +385,7 @@ void TreeRows::keyPressEvent(QKeyEvent* event) {
 
 QModelIndex TreeRows::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
     if (pobjSelected) {
-        const QModelIndex shown = pobjModel->IndexOf(NearestShown(*pobjSelected));
+        const QModelIndex shown = pobjModel->IndexOf(VisibleAncestorOrSelf(*pobjSelected));
         if (shown != currentIndex()) {
             selectionModel()->setCurrentIndex(shown, QItemSelectionModel::NoUpdate);
         }
@@ -427,7 +428,7 @@ void TreeRows::selectionChanged(const QItemSelection& selected, const QItemSelec
 
 void TreeRows::scrollContentsBy(int dx, int dy) {
     if (pobjModel->Changing()) {
-        Settle();
+        ApplyChanges();
         return;
     }
     QTreeView::scrollContentsBy(dx, dy);

@@ -17,7 +17,7 @@ class TreeModel;
 
 /// The widget of a TreeView: shows its nodes and turns the user's actions into events.
 ///
-/// Changes of structure are gathered and shown at once ("settled") before anything needs to see
+/// Changes of structure are gathered and shown at once ("applied") before anything needs to see
 /// them. The nodes themselves say which branches are open, and Selected which row is selected; Qt's
 /// view is brought in line with them.
 class TreeRows : public QTreeView {
@@ -47,7 +47,7 @@ public:
 
     /// The node itself if no collapsed branch hides its row, else the node of the outermost
     /// collapsed branch that does.
-    static Node& NearestShown(Node& node);
+    static Node& VisibleAncestorOrSelf(Node& node);
 
     /// Whether the keyboard and screen readers can get into the tree.
     bool Reachable() const { return pblnReachable; }
@@ -104,12 +104,12 @@ protected:
 
 private:
     /// One event that waits for the end of the user's action.
-    struct Happening {
+    struct PendingEvent {
         void (TreeRows::*Signal)(Node&);
         Node* Subject;
     };
 
-    void Settle();
+    void ApplyChanges();
     void OpenBranches();
     void ShowSelection();
     void FitColumn();
@@ -119,7 +119,7 @@ private:
     bool OnExpander(const QModelIndex& index, const QPoint& position) const;
 
     template <typename Action>
-    void AsUser(Action action);
+    void DoAsUser(Action action);
     void Raise(void (TreeRows::*signal)(Node&), Node& node);
     void FinishUserAction();
 
@@ -127,14 +127,14 @@ private:
     std::unique_ptr<TreeModel> pobjModel;
     TreeRowDelegate* pobjDelegate = nullptr;
     TreeAccessibility* pobjAccessibility = nullptr;
-    QTimer pobjSettleTimer;
+    QTimer pobjApplyTimer;
     Node* pobjSelected = nullptr;
     int plngWidestRow = 0;
     bool pblnFitting = false;
     bool pblnReachable = true;
 
     int plngUserActions = 0;
-    std::deque<Happening> pobjHappenings;
+    std::deque<PendingEvent> pobjPendingEvents;
     Node* pobjPressedBox = nullptr;
     bool pblnLabelPressed = false;
     bool pblnRowChosen = false;

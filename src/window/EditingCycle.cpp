@@ -8,11 +8,11 @@ namespace {
 /// Gives the new node @p added what makes it complete down to the last level of its tree.
 void AddChildsFor(DataNode& added) {
     switch (added.DataNodeType()) {
-    case Compiler:
+    case NodeKind::Compiler:
         added.Childs()->Add()->Childs()->Add(QStringLiteral("${FILE1}"));
         break;
-    case Parameter:
-    case Variable:
+    case NodeKind::Parameter:
+    case NodeKind::Variable:
         added.Childs()->Add();
         break;
     default:
@@ -43,7 +43,7 @@ void Application::pobjFormCmdRemove_Click() {
     }
     DataNodeOf(*item)->Delete();
 
-    int& position = plngContentNode[static_cast<size_t>(plngContentActive) - 1];
+    int& position = SelectedPosition();
     const Node* neighbour = pobjFormTvwContent->SelectedItem();
     if (neighbour->Previous()) {
         position = neighbour->Previous()->Index();
@@ -86,24 +86,24 @@ void Application::pobjFormTxtValue_Change() {
     pobjFormCmdCancel->SetEnabled(true);
 }
 
-void Application::pobjFormTxtValue_KeyDown(int& KeyCode, int Shift) {
+void Application::pobjFormTxtValue_KeyDown(KeyCode& Key, int Shift) {
     if (Shift != 0) {
         return;
     }
     Nodes& tree = pobjFormTvwContent->Nodes();
     const int position = pobjFormTvwContent->SelectedItem()->Index();
     int target = position;
-    switch (KeyCode) {
-    case vbKeyDown:
+    switch (Key) {
+    case KeyCode::Down:
         target = position + 1;
         break;
-    case vbKeyUp:
+    case KeyCode::Up:
         target = position - 1;
         break;
     default:
         return;
     }
-    KeyCode = 0;
+    Key = KeyCode::None;
     if (target >= 1 && target <= tree.Count()) {
         Node& node = *tree.Item(target);
         node.SetSelected(true);

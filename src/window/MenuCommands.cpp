@@ -41,8 +41,8 @@ void Application::pobjFormMnuHelpInfo_Click() {
          QStringLiteral("i.e. it controlls compiler invocation and parameters.")});
 }
 
-void Application::pobjForm_QueryUnload(bool& Cancel, int UnloadMode) {
-    if (UnloadMode != vbFormCode) {
+void Application::pobjForm_QueryUnload(bool& Cancel, FormUnloadMode UnloadMode) {
+    if (UnloadMode != FormUnloadMode::Code) {
         Cancel = !Quit();
     }
 }

@@ -30,30 +30,31 @@ void Application::pobjFormUdnMove_UpClick() {
     NodeMove(false);
 }
 
-void Application::pobjFormTxtValue_OLEDragOver(const DataObject& Data, int& Effect, int, int, int,
-                                               int, int State) {
-    if ((Effect & DropEffectCopy) == 0) {
-        Effect = DropEffectNone;
+void Application::pobjFormTxtValue_OLEDragOver(const DataObject& Data, DropEffects& Effect, int,
+                                               int, int, int, DragOverState State) {
+    if (!Effect.testFlag(DropEffect::Copy)) {
+        Effect = DropEffect::None;
         return;
     }
-    if (State != DragLeave) {
-        const bool offered = Data.GetFormat(DataObjectText) || Data.GetFormat(DataObjectFiles);
-        Effect = offered ? DropEffectCopy : DropEffectNone;
+    if (State != DragOverState::Leave) {
+        const bool offered =
+            Data.GetFormat(DataObjectFormat::Text) || Data.GetFormat(DataObjectFormat::Files);
+        Effect = offered ? DropEffect::Copy : DropEffect::None;
     }
 }
 
-void Application::pobjFormTxtValue_OLEDragDrop(const DataObject& Data, int& Effect, int, int, int,
-                                               int) {
-    if ((Effect & DropEffectCopy) == 0) {
-        Effect = DropEffectNone;
+void Application::pobjFormTxtValue_OLEDragDrop(const DataObject& Data, DropEffects& Effect, int,
+                                               int, int, int) {
+    if (!Effect.testFlag(DropEffect::Copy)) {
+        Effect = DropEffect::None;
         return;
     }
-    if (Data.GetFormat(DataObjectText)) {
-        pobjFormTxtValue->SetSelText(Data.GetData(DataObjectText));
-    } else if (Data.GetFormat(DataObjectFiles)) {
+    if (Data.GetFormat(DataObjectFormat::Text)) {
+        pobjFormTxtValue->SetSelText(Data.GetData(DataObjectFormat::Text));
+    } else if (Data.GetFormat(DataObjectFormat::Files)) {
         pobjFormTxtValue->SetSelText(Data.Files().Item(1));
     } else {
-        Effect = DropEffectNone;
+        Effect = DropEffect::None;
     }
 }
 

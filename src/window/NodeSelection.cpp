@@ -8,6 +8,11 @@ std::shared_ptr<DataNode> Application::DataNodeOf(const Node& node) const {
     return NodeFromKey(node.Key(), *ActiveCollection());
 }
 
+/// The index of the selected tree node of the content on view.
+int& Application::SelectedPosition() {
+    return plngContentNode[static_cast<size_t>(plngContentActive) - 1];
+}
+
 /// Selects @p selected in the tree, which shows it, as a click on it would.
 void Application::SelectNode(const DataNode& selected) {
     Node& node = *pobjFormTvwContent->Nodes().Item(selected.Key());
@@ -17,7 +22,7 @@ void Application::SelectNode(const DataNode& selected) {
 
 void Application::pobjFormTvwContent_NodeClick(Node& node) {
     SetHandleEvents(false);
-    plngContentNode[static_cast<size_t>(plngContentActive) - 1] = node.Index();
+    SelectedPosition() = node.Index();
     const std::shared_ptr<DataNode> selected = DataNodeOf(node);
     node.EnsureVisible();
     const bool hasSiblings = selected->Parent()->Count() > 1;

@@ -91,7 +91,7 @@ void Application::SelectRememberedNode() {
         return;
     }
     // While a document is being opened the position may still be one in the former tree.
-    const int position = plngContentNode[static_cast<size_t>(plngContentActive) - 1];
+    const int position = SelectedPosition();
     Node& node = *tree.Item(std::min(position, tree.Count()));
     node.EnsureVisible();
     node.SetSelected(true);
