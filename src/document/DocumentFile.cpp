@@ -78,15 +78,13 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
 }
 
 QByteArray ImageOf(const DataNodes& compilers, const DataNodes& variables) {
+    PropertyBag contentBag;
+    contentBag.WriteProperty("Compilers", TreeBags::SaveToBag(compilers).Contents());
+    contentBag.WriteProperty("Variables", TreeBags::SaveToBag(variables).Contents());
     PropertyBag fileBag;
     fileBag.WriteProperty("_FileFormatDescription", QString(Description));
     fileBag.WriteProperty("_FileFormatIdentification", QString(ThirdVersion));
-    fileBag.WriteBag("_Content", [&](PropertyBag& contentBag) {
-        contentBag.WriteBag("Compilers",
-                            [&](PropertyBag& bag) { TreeBags::SaveToBag(compilers, bag); });
-        contentBag.WriteBag("Variables",
-                            [&](PropertyBag& bag) { TreeBags::SaveToBag(variables, bag); });
-    });
+    fileBag.WriteProperty("_Content", contentBag.Contents());
     return fileBag.Contents();
 }
 

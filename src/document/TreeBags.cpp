@@ -3,30 +3,18 @@
 #include "data/DataNode.h"
 #include "data/DataNodes.h"
 
-#include <array>
-#include <charconv>
-
 namespace rivenfall {
 
 namespace {
 
-/// The name of the node at a position of a collection, made without an allocation.
-class ItemName {
-public:
-    explicit ItemName(int position)
-        : Size(std::to_chars(Characters.begin() + 4, Characters.end(), position).ptr -
-               Characters.begin()) {}
-
-    operator QByteArrayView() const { return {Characters.data(), Size}; }
-
-private:
-    std::array<char, 16> Characters = {'I', 't', 'e', 'm'};
-    qsizetype Size;
-};
+/// The name of the node at @p position of a collection.
+QByteArray ItemName(int position) {
+    return QByteArrayLiteral("Item") + QByteArray::number(position);
+}
 
 /// The value under @p name, which must be there and of the type @p Type.
 template <typename Type>
-Type Required(const PropertyBag& bag, QByteArrayView name) {
+Type Required(const PropertyBag& bag, const QByteArray& name) {
     const QVariant value = bag.ReadProperty(name);
     if (value.typeId() != qMetaTypeId<Type>()) {
         throw PropertyBagError{(value.isValid() ? QStringLiteral("\"%1\" is of the wrong kind")
@@ -38,19 +26,23 @@ Type Required(const PropertyBag& bag, QByteArrayView name) {
 
 } // namespace
 
-void TreeBags::SaveToBag(const DataNode& node, PropertyBag& bag) {
+PropertyBag TreeBags::SaveToBag(const DataNode& node) {
+    PropertyBag bag;
     bag.WriteProperty("Value", node.Value());
     bag.WriteProperty("Active", node.Active(), true);
     if (MayHoldNodes(node.DataNodeType())) {
-        bag.WriteBag("Childs", [&](PropertyBag& childs) { SaveToBag(*node.Childs(), childs); });
+        bag.WriteProperty("Childs", SaveToBag(*node.Childs()).Contents());
     }
+    return bag;
 }
 
-void TreeBags::SaveToBag(const DataNodes& collection, PropertyBag& bag) {
+PropertyBag TreeBags::SaveToBag(const DataNodes& collection) {
+    PropertyBag bag;
     bag.WriteProperty("Count", collection.Count());
     for (const std::shared_ptr<DataNode>& node : collection) {
-        bag.WriteBag(ItemName(node->Index()), [&](PropertyBag& item) { SaveToBag(*node, item); });
+        bag.WriteProperty(ItemName(node->Index()), SaveToBag(*node).Contents());
     }
+    return bag;
 }
 
 void TreeBags::LoadFromBag(DataNodes& collection, const PropertyBag& bag) {
@@ -68,7 +60,7 @@ void TreeBags::LoadFromBag(DataNodes& collection, const PropertyBag& bag) {
     }
 }
 
-PropertyBag TreeBags::ReadBag(const PropertyBag& bag, QByteArrayView name) {
+PropertyBag TreeBags::ReadBag(const PropertyBag& bag, const QByteArray& name) {
     PropertyBag inner;
     inner.SetContents(Required<QByteArray>(bag, name));
     return inner;

@@ -10,11 +10,11 @@ class DataNodes;
 /// Turns the trees of a document into bags and back.
 class TreeBags {
 public:
-    /// Writes @p node and everything below it into the empty @p bag.
-    static void SaveToBag(const DataNode& node, PropertyBag& bag);
+    /// A bag of @p node and everything below it.
+    static PropertyBag SaveToBag(const DataNode& node);
 
-    /// Writes all nodes of @p collection and everything below them into the empty @p bag.
-    static void SaveToBag(const DataNodes& collection, PropertyBag& bag);
+    /// A bag of all nodes of @p collection and everything below them.
+    static PropertyBag SaveToBag(const DataNodes& collection);
 
     /// Replaces the content of @p collection by that of @p bag, without an event for what is new.
     /// Throws PropertyBagError where the bag isn't one of a collection; the collection is then
@@ -22,7 +22,7 @@ public:
     static void LoadFromBag(DataNodes& collection, const PropertyBag& bag);
 
     /// The bag that @p bag holds under @p name. Throws PropertyBagError where it holds none.
-    static PropertyBag ReadBag(const PropertyBag& bag, QByteArrayView name);
+    static PropertyBag ReadBag(const PropertyBag& bag, const QByteArray& name);
 
 private:
     static void LoadFromBag(DataNode& node, const PropertyBag& bag);

@@ -1,313 +1,179 @@
 #include "system/PropertyBag.h"
 
-#include <QtEndian>
+#include <QCborStreamReader>
+#include <QCborStreamWriter>
+#include <QStringDecoder>
 
 #include <algorithm>
+#include <array>
 #include <limits>
-#include <utility>
 
 namespace rivenfall {
 
 namespace {
 
-// Major types and simple values of CBOR (RFC 8949, sections 3.1 and 3.3).
-constexpr int UnsignedInteger = 0;
-constexpr int NegativeInteger = 1;
-constexpr int ByteString = 2;
-constexpr int TextString = 3;
-constexpr int Map = 5;
-constexpr int SimpleValue = 7;
-constexpr quint64 SimpleFalse = 20;
-constexpr quint64 SimpleTrue = 21;
+/// A walk over so few entries is as fast as an index.
+constexpr size_t EntriesWithoutIndex = 8;
 
-/// Below this number of entries a walk is faster than an index.
-constexpr qsizetype EntriesWorthAnIndex = 8;
-
-/// The longest head of a data item: its first byte and an argument of eight bytes.
-constexpr qsizetype LongestHead = 9;
-
-using HeadBytes = QVarLengthArray<char, LongestHead>;
-
-HeadBytes HeadOf(int majorType, quint64 argument) {
-    HeadBytes bytes;
-    const auto first = static_cast<quint8>(majorType << 5);
-    if (argument < 24) {
-        bytes.append(static_cast<char>(first | argument));
-        return bytes;
+void AppendValue(QCborStreamWriter& writer, const QVariant& value) {
+    switch (value.typeId()) {
+    case QMetaType::QString:
+        writer.append(value.toString());
+        break;
+    case QMetaType::QByteArray:
+        writer.append(value.toByteArray());
+        break;
+    case QMetaType::Bool:
+        writer.append(value.toBool());
+        break;
+    default:
+        writer.append(value.toInt());
     }
-    const int sizeCode = argument <= 0xFF         ? 0
-                         : argument <= 0xFFFF     ? 1
-                         : argument <= 0xFFFFFFFF ? 2
-                                                  : 3;
-    const quint64 bigEndian = qToBigEndian(argument);
-    const int size = 1 << sizeCode;
-    bytes.append(static_cast<char>(first | (24 + sizeCode)));
-    bytes.append(reinterpret_cast<const char*>(&bigEndian) + (8 - size), size);
-    return bytes;
 }
 
-/// What @p value holds, which is of the type @p Type, without a copy.
-template <typename Type>
-const Type& HeldBy(const QVariant& value) {
-    return *static_cast<const Type*>(value.constData());
+/// The bytes of the text or byte string at hand, which stay in the image @p contents. A length that
+/// the image can't hold is refused.
+QByteArrayView ReadBytes(QCborStreamReader& reader, const QByteArray& contents) {
+    if (!reader.isLengthKnown()) {
+        throw PropertyBagError{QStringLiteral("a length is missing")};
+    }
+    const qsizetype length = reader.currentStringChunkSize();
+    if (length < 0 || length > contents.size() - reader.currentOffset()) {
+        throw PropertyBagError{QStringLiteral("the data ends too early")};
+    }
+    // The reader passes over a string only by giving it away.
+    std::array<char, 4096> passed;
+    while (reader.readStringChunk(passed.data(), passed.size()).status == QCborStreamReader::Ok) {
+    }
+    if (reader.lastError() != QCborError::NoError) {
+        throw PropertyBagError{QStringLiteral("the data ends too early")};
+    }
+    return QByteArrayView(contents).sliced(reader.currentOffset() - length, length);
 }
 
-void AppendString(QByteArray& bytes, int majorType, QByteArrayView content) {
-    bytes.append(HeadOf(majorType, static_cast<quint64>(content.size())));
-    bytes.append(content);
+/// Reads @p bytes as UTF-8 without taking a mark for the byte order off their front, which is a
+/// character of the text here.
+QString TextOf(QByteArrayView bytes) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError()) {
+        throw PropertyBagError{QStringLiteral("a text isn't UTF-8")};
+    }
+    return text;
+}
+
+int ReadInteger(QCborStreamReader& reader) {
+    // A negative integer of CBOR counts from -1 downward, and 0 stands for the lowest of them.
+    const bool negative = reader.isNegativeInteger();
+    const quint64 distance = negative ? static_cast<quint64>(reader.toNegativeInteger()) - 1
+                                      : reader.toUnsignedInteger();
+    if (distance > static_cast<quint64>(std::numeric_limits<int>::max())) {
+        throw PropertyBagError{QStringLiteral("a number is too large")};
+    }
+    reader.next();
+    return negative ? -1 - static_cast<int>(distance) : static_cast<int>(distance);
+}
+
+QVariant ReadValue(QCborStreamReader& reader, const QByteArray& contents) {
+    switch (reader.type()) {
+    case QCborStreamReader::String:
+        return TextOf(ReadBytes(reader, contents));
+    case QCborStreamReader::ByteArray:
+        return ReadBytes(reader, contents).toByteArray();
+    case QCborStreamReader::UnsignedInteger:
+    case QCborStreamReader::NegativeInteger:
+        return ReadInteger(reader);
+    default:
+        if (reader.isBool()) {
+            const bool value = reader.toBool();
+            reader.next();
+            return value;
+        }
+        throw PropertyBagError{reader.isInvalid()
+                                   ? QStringLiteral("the data ends too early")
+                                   : QStringLiteral("a value is of an unknown kind")};
+    }
 }
 
 } // namespace
 
-/// Walks over an image from its front and checks every length against what is there.
-class PropertyBag::Reader {
-public:
-    explicit Reader(const QByteArray& bytes) : Bytes(bytes) {}
-
-    qsizetype Position() const { return Next; }
-
-    quint64 ReadMapHead() {
-        const Head head = ReadHead();
-        if (head.MajorType != Map) {
-            throw PropertyBagError{QStringLiteral("the data isn't a document's")};
-        }
-        return head.Argument;
-    }
-
-    Entry ReadEntry() {
-        Entry entry = {};
-        const Head name = ReadHead();
-        if (name.MajorType != TextString) {
-            throw PropertyBagError{QStringLiteral("a name isn't a text")};
-        }
-        entry.NameLength = LengthOf(name);
-        entry.NameBegin = Skip(entry.NameLength);
-        ReadValue(entry);
-        return entry;
-    }
-
-private:
-    struct Head {
-        int MajorType;
-        quint64 Argument;
-    };
-
-    Head ReadHead() {
-        const auto first = static_cast<quint8>(Bytes[Skip(1)]);
-        const int majorType = first >> 5;
-        const int code = first & 0x1F;
-        if (code < 24) {
-            return {majorType, static_cast<quint64>(code)};
-        }
-        if (code > 27) {
-            throw PropertyBagError{QStringLiteral("a length is missing")};
-        }
-        const int size = 1 << (code - 24);
-        quint64 argument = 0;
-        for (qsizetype position = Skip(size); position < Next; ++position) {
-            argument = argument << 8 | static_cast<quint8>(Bytes[position]);
-        }
-        return {majorType, argument};
-    }
-
-    void ReadValue(Entry& entry) {
-        const Head head = ReadHead();
-        entry.MajorType = head.MajorType;
-        switch (head.MajorType) {
-        case UnsignedInteger:
-        case NegativeInteger:
-            if (head.Argument > static_cast<quint64>(std::numeric_limits<int>::max())) {
-                throw PropertyBagError{QStringLiteral("a number is too large")};
-            }
-            entry.Number = static_cast<int>(head.Argument);
-            entry.Number = head.MajorType == NegativeInteger ? -1 - entry.Number : entry.Number;
-            break;
-        case ByteString:
-        case TextString:
-            entry.ValueLength = LengthOf(head);
-            entry.ValueBegin = Skip(entry.ValueLength);
-            if (head.MajorType == TextString &&
-                !QByteArrayView(Bytes).sliced(entry.ValueBegin, entry.ValueLength).isValidUtf8()) {
-                throw PropertyBagError{QStringLiteral("a text isn't UTF-8")};
-            }
-            break;
-        case SimpleValue:
-            if (head.Argument == SimpleFalse || head.Argument == SimpleTrue) {
-                entry.Number = head.Argument == SimpleTrue;
-                break;
-            }
-            [[fallthrough]];
-        default:
-            throw PropertyBagError{QStringLiteral("a value is of an unknown kind")};
-        }
-    }
-
-    qsizetype LengthOf(const Head& head) const {
-        if (head.Argument > static_cast<quint64>(Bytes.size() - Next)) {
-            throw PropertyBagError{QStringLiteral("the data ends too early")};
-        }
-        return static_cast<qsizetype>(head.Argument);
-    }
-
-    /// Passes over @p length bytes and gives the position of the first of them.
-    qsizetype Skip(qsizetype length) {
-        if (length > Bytes.size() - Next) {
-            throw PropertyBagError{QStringLiteral("the data ends too early")};
-        }
-        const qsizetype begin = Next;
-        Next += length;
-        return begin;
-    }
-
-    const QByteArray& Bytes;
-    qsizetype Next = 0;
-};
-
 QByteArray PropertyBag::Contents() const {
     QByteArray contents;
-    contents.reserve(LongestHead + Encoded.size() - EntriesBegin);
-    contents.append(HeadOf(Map, static_cast<quint64>(Entries.size())));
-    contents.append(QByteArrayView(Encoded).sliced(EntriesBegin));
+    QCborStreamWriter writer(&contents);
+    writer.startMap(pobjEntries.size());
+    for (const Entry& entry : pobjEntries) {
+        writer.appendTextString(entry.Name.constData(), entry.Name.size());
+        AppendValue(writer, entry.Value);
+    }
+    writer.endMap();
     return contents;
 }
 
 void PropertyBag::SetContents(const QByteArray& contents) {
     *this = PropertyBag();
-    PropertyBag read;
-    Reader reader(contents);
-    const quint64 count = reader.ReadMapHead();
-    read.EntriesBegin = reader.Position();
-    for (quint64 number = 0; number < count; ++number) {
-        read.Entries.append(reader.ReadEntry());
+    QCborStreamReader reader(contents);
+    if (!reader.isMap()) {
+        throw PropertyBagError{QStringLiteral("the data isn't a document's")};
     }
-    read.Encoded = contents;
-    read.Encoded.truncate(reader.Position());
+    if (!reader.isLengthKnown()) {
+        throw PropertyBagError{QStringLiteral("a length is missing")};
+    }
+    PropertyBag read;
+    read.pobjContents = contents;
+    read.ReadEntries(reader);
     *this = std::move(read);
 }
 
-QVariant PropertyBag::ReadProperty(QByteArrayView name, const QVariant& fallback) const {
-    const Entry* entry = Find(name);
-    return entry ? ValueOf(*entry) : fallback;
+void PropertyBag::ReadEntries(QCborStreamReader& reader) {
+    pobjEntries.reserve(std::min<size_t>(reader.length(), EntriesWithoutIndex));
+    reader.enterContainer();
+    while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
+        if (!reader.isString()) {
+            throw PropertyBagError{QStringLiteral("a name isn't a text")};
+        }
+        const QByteArrayView name = ReadBytes(reader, pobjContents);
+        WriteProperty(QByteArray::fromRawData(name.data(), name.size()),
+                      ReadValue(reader, pobjContents));
+    }
+    if (reader.lastError() != QCborError::NoError) {
+        throw PropertyBagError{QStringLiteral("the data ends too early")};
+    }
 }
 
-void PropertyBag::WriteProperty(QByteArrayView name, const QVariant& value,
+QVariant PropertyBag::ReadProperty(const QByteArray& name, const QVariant& fallback) const {
+    const Entry* entry = Find(name);
+    return entry ? entry->Value : fallback;
+}
+
+void PropertyBag::WriteProperty(const QByteArray& name, const QVariant& value,
                                 const QVariant& fallback) {
-    if (fallback.isValid() && value == fallback) {
+    if ((fallback.isValid() && value == fallback) || Find(name)) {
         return;
     }
-    Entry entry = {};
-    AppendName(entry, name);
-    switch (value.typeId()) {
-    case QMetaType::QString:
-        AppendStringValue(entry, TextString, HeldBy<QString>(value).toUtf8());
-        break;
-    case QMetaType::QByteArray:
-        AppendStringValue(entry, ByteString, HeldBy<QByteArray>(value));
-        break;
-    case QMetaType::Bool:
-        entry.MajorType = SimpleValue;
-        entry.Number = value.toBool();
-        Encoded.append(HeadOf(SimpleValue, value.toBool() ? SimpleTrue : SimpleFalse));
-        break;
-    default:
-        entry.Number = value.toInt();
-        entry.MajorType = entry.Number < 0 ? NegativeInteger : UnsignedInteger;
-        Encoded.append(
-            HeadOf(entry.MajorType,
-                   static_cast<quint64>(entry.Number < 0 ? -1 - entry.Number : entry.Number)));
+    pobjEntries.push_back({name, value});
+    if (pobjEntries.size() <= EntriesWithoutIndex) {
+        return;
     }
-    Entries.append(entry);
-}
-
-/// The bag to be filled. It writes into this bag's bytes, behind room for its heads.
-PropertyBag PropertyBag::BeginBag(QByteArrayView name) {
-    Entry entry = {};
-    AppendName(entry, name);
-    entry.MajorType = ByteString;
-    entry.ValueBegin = Encoded.size();
-    Entries.append(entry);
-
-    PropertyBag inner;
-    inner.EntriesBegin = Encoded.size() + 2 * LongestHead;
-    inner.Encoded = std::move(Encoded);
-    inner.Encoded.resize(inner.EntriesBegin);
-    return inner;
-}
-
-/// Takes the bytes back from @p inner and puts its heads where there is room for them.
-void PropertyBag::EndBag(PropertyBag& inner) {
-    Entry& entry = Entries.last();
-    const HeadBytes mapHead = HeadOf(Map, static_cast<quint64>(inner.Entries.size()));
-    entry.ValueLength = mapHead.size() + inner.Encoded.size() - inner.EntriesBegin;
-    const HeadBytes stringHead = HeadOf(ByteString, static_cast<quint64>(entry.ValueLength));
-
-    Encoded = std::move(inner.Encoded);
-    char* place = Encoded.data() + entry.ValueBegin;
-    place = std::copy(stringHead.begin(), stringHead.end(), place);
-    std::copy(mapHead.begin(), mapHead.end(), place);
-    entry.ValueBegin += stringHead.size();
-    const qsizetype headsEnd = entry.ValueBegin + mapHead.size();
-    Encoded.remove(headsEnd, inner.EntriesBegin - headsEnd);
-}
-
-void PropertyBag::AppendName(Entry& entry, QByteArrayView name) {
-    AppendString(Encoded, TextString, name);
-    entry.NameLength = name.size();
-    entry.NameBegin = Encoded.size() - name.size();
-}
-
-void PropertyBag::AppendStringValue(Entry& entry, int majorType, const QByteArray& value) {
-    AppendString(Encoded, majorType, value);
-    entry.MajorType = majorType;
-    entry.ValueLength = value.size();
-    entry.ValueBegin = Encoded.size() - value.size();
-}
-
-QByteArrayView PropertyBag::NameOf(const Entry& entry) const {
-    return QByteArrayView(Encoded).sliced(entry.NameBegin, entry.NameLength);
-}
-
-QVariant PropertyBag::ValueOf(const Entry& entry) const {
-    const QByteArrayView bytes =
-        QByteArrayView(Encoded).sliced(entry.ValueBegin, entry.ValueLength);
-    switch (entry.MajorType) {
-    case TextString:
-        return QString::fromUtf8(bytes);
-    case ByteString:
-        return bytes.toByteArray();
-    case SimpleValue:
-        return entry.Number != 0;
-    default:
-        return entry.Number;
+    if (pobjPositions.isEmpty()) {
+        for (size_t position = 0; position + 1 < pobjEntries.size(); ++position) {
+            pobjPositions.insert(pobjEntries[position].Name, position);
+        }
     }
+    pobjPositions.insert(name, pobjEntries.size() - 1);
 }
 
-const PropertyBag::Entry* PropertyBag::Find(QByteArrayView name) const {
-    if (NextEntry < Entries.size() && NameOf(Entries[NextEntry]) == name) {
-        return &Entries[NextEntry++];
+const PropertyBag::Entry* PropertyBag::Find(const QByteArray& name) const {
+    if (pobjEntries.size() > EntriesWithoutIndex) {
+        const auto found = pobjPositions.constFind(name);
+        return found == pobjPositions.constEnd() ? nullptr : &pobjEntries[*found];
     }
-    if (Entries.size() > EntriesWorthAnIndex) {
-        return FindInIndex(name);
-    }
-    for (const Entry& entry : Entries) {
-        if (NameOf(entry) == name) {
+    for (const Entry& entry : pobjEntries) {
+        if (entry.Name == name) {
             return &entry;
         }
     }
     return nullptr;
-}
-
-const PropertyBag::Entry* PropertyBag::FindInIndex(QByteArrayView name) const {
-    if (IndexedEntries != Entries.size()) {
-        IndexedEntries = Entries.size();
-        IndexedNames.clear();
-        IndexedNames.reserve(Entries.size());
-        for (qsizetype position = Entries.size() - 1; position >= 0; --position) {
-            IndexedNames.insert(NameOf(Entries[position]).toByteArray(), position);
-        }
-    }
-    const auto found = IndexedNames.constFind(name.toByteArray());
-    return found == IndexedNames.constEnd() ? nullptr : &Entries[*found];
 }
 
 } // namespace rivenfall

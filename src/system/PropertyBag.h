@@ -3,8 +3,11 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
-#include <QVarLengthArray>
 #include <QVariant>
+
+#include <vector>
+
+class QCborStreamReader;
 
 namespace rivenfall {
 
@@ -18,65 +21,41 @@ struct PropertyBagError {
 ///
 /// The image is one data item of CBOR (RFC 8949): a map of definite length with text-string keys
 /// in the order of writing, whose values are text strings, 32-bit integers, Booleans or byte
-/// strings. Names are UTF-8; look-up doesn't depend on their order, but is fastest in it.
+/// strings. Names are UTF-8; look-up doesn't depend on their order.
 class PropertyBag {
 public:
     /// The image of everything that the bag holds.
     QByteArray Contents() const;
 
     /// Replaces what the bag holds by what the image at the front of @p contents holds. Bytes
-    /// behind the image are ignored. Throws PropertyBagError for anything but an image, and then
-    /// the bag is empty.
+    /// behind the image are ignored, and of two values under one name the first counts. Throws
+    /// PropertyBagError for anything but an image, and then the bag is empty.
     void SetContents(const QByteArray& contents);
 
     /// The value stored under @p name: a QString, int, bool or QByteArray, as it was stored. Where
     /// there is none it is @p fallback.
-    QVariant ReadProperty(QByteArrayView name, const QVariant& fallback = {}) const;
+    QVariant ReadProperty(const QByteArray& name, const QVariant& fallback = {}) const;
 
-    /// Stores @p value, which is of one of the kinds above, under @p name, which the bag doesn't
-    /// hold yet. A value that equals @p fallback isn't stored.
-    void WriteProperty(QByteArrayView name, const QVariant& value, const QVariant& fallback = {});
-
-    /// Stores under @p name, as a byte array, the Contents of a bag that @p fill is given empty.
-    /// Does what WriteProperty with these Contents does, but moves the bytes only once.
-    template <typename Fill>
-    void WriteBag(QByteArrayView name, Fill fill) {
-        PropertyBag inner = BeginBag(name);
-        fill(inner);
-        EndBag(inner);
-    }
+    /// Stores @p value, which is of one of the kinds above, under @p name, unless the bag holds it
+    /// already. A value that equals @p fallback isn't stored.
+    void WriteProperty(const QByteArray& name, const QVariant& value,
+                       const QVariant& fallback = {});
 
 private:
-    /// Where one name and its value stand in Encoded. Number holds the value of an integer or
-    /// Boolean, the value's place and length that of a text or byte string.
     struct Entry {
-        qsizetype NameBegin;
-        qsizetype NameLength;
-        qsizetype ValueBegin;
-        qsizetype ValueLength;
-        int MajorType;
-        int Number;
+        QByteArray Name;
+        QVariant Value;
     };
 
-    class Reader;
+    void ReadEntries(QCborStreamReader& reader);
+    const Entry* Find(const QByteArray& name) const;
 
-    PropertyBag BeginBag(QByteArrayView name);
-    void EndBag(PropertyBag& inner);
-    void AppendName(Entry& entry, QByteArrayView name);
-    void AppendStringValue(Entry& entry, int majorType, const QByteArray& value);
-    QByteArrayView NameOf(const Entry& entry) const;
-    QVariant ValueOf(const Entry& entry) const;
-    const Entry* Find(QByteArrayView name) const;
-    const Entry* FindInIndex(QByteArrayView name) const;
-
-    QByteArray Encoded;
-    qsizetype EntriesBegin = 0;
-    QVarLengthArray<Entry, 3> Entries;
-    /// The entry behind the one found last: names are mostly asked for in their order.
-    mutable qsizetype NextEntry = 0;
-    mutable QHash<QByteArray, qsizetype> IndexedNames;
-    /// How many entries the index knows; a name that stands twice counts twice.
-    mutable qsizetype IndexedEntries = 0;
+    /// What was read. The names of its entries stand in it: a bag of a node takes no memory for
+    /// them.
+    QByteArray pobjContents;
+    std::vector<Entry> pobjEntries;
+    /// Where each name stands in a bag of many entries; a short one is searched from its front.
+    QHash<QByteArray, size_t> pobjPositions;
 };
 
 } // namespace rivenfall
