@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the program if need be and starts it with a document: with windows where there is a
-# display, without where there is none.
+# display, without where there is none. The document runs in the caller's directory; the example,
+# which is opened where no document is named, in its own folder.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -10,7 +11,6 @@ if (($# > 1)) || [[ ${1-} == -h || ${1-} == --help ]]; then
     echo "Usage: ${0##*/} [DOCUMENT]" >&2
     exit 2
 fi
-document=$(realpath -ms -- "${1:-$root/examples/hello/hello.tvq}")
 
 has_x11_display() {
     local host number
@@ -43,8 +43,13 @@ elif has_wayland_display; then
 fi
 
 install_packages "${packages[@]}"
-cd "$root"
-# A build that test.sh has set up already keeps its tests.
-[[ -f build/build.ninja ]] || cmake --preset release -DRIVENFALL_TESTS=OFF >&2
-cmake --build --preset release --target rivenfall rivenfall-run >&2
-exec "build/bin/$program" "$document"
+configure_build
+cmake --build "$root/build" --target rivenfall rivenfall-run >&2
+
+if (($#)); then
+    document=$(realpath -ms -- "$1")
+else
+    cd "$root/examples/hello"
+    document=hello.tvq
+fi
+exec "$root/build/bin/$program" "$document"

@@ -10,5 +10,5 @@ install_packages "${build_packages[@]}" libgtest-dev
 cd "$root"
 export QT_QPA_PLATFORM=offscreen
 configure_build -DRIVENFALL_TESTS=ON
-cmake --build --preset release >&2
+cmake --build build >&2
 exec ctest --test-dir build --output-on-failure --no-tests=error "$@"
