@@ -4,6 +4,9 @@
 #include "data/DataNodes.h"
 #include "run/VariableExpander.h"
 
+#include <QRandomGenerator>
+#include <QSet>
+
 using namespace rivenfall;
 
 namespace {
@@ -45,6 +48,123 @@ TEST(ExpansionTest, ReplacesReferences) {
     EXPECT_EQ(VariableExpander(*variables).Expand(u"${}"_s).toStdString(), "x");
     variables->Clear();
     EXPECT_EQ(VariableExpander(*variables).Expand(u"a${A}b"_s).toStdString(), "ab");
+}
+
+/// The variables that refer to each other as @p values tell, by the names v0, v1 and so on.
+std::unique_ptr<DataNodes> Numbered(const QStringList& values) {
+    auto root = std::make_unique<DataNodes>();
+    root->SetDataNodesType(NodeKind::Variable);
+    for (const QString& value : values) {
+        root->Add(u"v%1"_s.arg(root->Count()))->Childs()->Add(value);
+    }
+    return root;
+}
+
+QString Reference(int number) {
+    return u"${v%1}"_s.arg(number);
+}
+
+/// What @p text expands to by definition, in as many steps as that takes.
+QString PlainExpansion(const QString& text, const QStringList& values, QSet<int> busy = {}) {
+    QString result = text.section(u"${v"_s, 0, 0);
+    for (const QString& part : text.split(u"${v"_s).sliced(1)) {
+        const int number = part.section(u'}', 0, 0).toInt();
+        if (number < values.size() && !busy.contains(number)) {
+            result += PlainExpansion(values[number], values, busy + QSet<int>{number});
+        }
+        result += part.section(u'}', 1);
+    }
+    return result;
+}
+
+TEST(ExpansionTest, AgreesWithThePlainDefinition) {
+    QRandomGenerator random(5);
+    for (int round = 0; round < 5000; ++round) {
+        const int count = random.bounded(1, 7);
+        const auto text = [&] {
+            QString made;
+            for (int parts = random.bounded(5); parts > 0; --parts) {
+                made += random.bounded(3) > 0
+                            ? Reference(random.bounded(count + 1))
+                            : QString(random.bounded(2), QChar(u'a' + random.bounded(9)));
+            }
+            return made;
+        };
+        QStringList values;
+        while (values.size() < count) {
+            values += text();
+        }
+        const auto variables = Numbered(values);
+        VariableExpander expander(*variables);
+        for (int again = 0; again < 4; ++again) {
+            const QString given = text();
+            ASSERT_EQ(expander.Expand(given), PlainExpansion(given, values))
+                << given.toStdString() << " with " << values.join(u'|').toStdString();
+        }
+    }
+}
+
+TEST(ExpansionTest, NoDocumentIsTooMuch) {
+    const auto expand = [](int count, const std::function<QString(int)>& value,
+                           const QString& text) {
+        QStringList values;
+        while (values.size() < count) {
+            values += value(static_cast<int>(values.size()));
+        }
+        return VariableExpander(*Numbered(values)).Expand(text);
+    };
+    const QString first = Reference(0);
+    const int many = 35000;
+    const qsizetype tooLong = VariableExpander::LongestText() + 1;
+    const auto chain = [=](int each) { return u"x"_s + Reference(each + 1); };
+    const auto ring = [=](int each) { return Reference((each + 1) % many) + u"x"_s; };
+    EXPECT_EQ(expand(many, chain, first), QString(many, u'x'));
+    EXPECT_EQ(expand(many, ring, first + Reference(9)), QString(2 * many, u'x'));
+    for (const auto& [end, length] : {std::pair("", qsizetype(1)), {"x", tooLong}}) {
+        const auto doubling = [end = QString::fromUtf8(end)](int each) {
+            return each == 39 ? end : Reference(each + 1).repeated(2);
+        };
+        EXPECT_EQ(expand(40, doubling, first + u"y"_s).size(), length) << end;
+    }
+    // In circles every way leaves out other variables, and there are too many ways to go them all.
+    const auto circles = [](int each) {
+        return each >= 38 ? Reference(0) : Reference(each + 1) + Reference(each + 2);
+    };
+    EXPECT_EQ(expand(40, circles, first).size(), tooLong);
+    EXPECT_EQ(expand(40, circles, u"no reference"_s).toStdString(), "no reference");
+}
+
+TEST(ExpansionTest, TextsOfOneValueShareIt) {
+    const QString value(100'000, u'x');
+    const auto variables = Numbered({value, Reference(0) + Reference(2), {}, value.repeated(3)});
+    VariableExpander expander(*variables);
+    EXPECT_EQ(expander.Expand(u"${v1}"_s), value);
+    const QString one = expander.Expand(u"${v1}"_s);
+    EXPECT_EQ(expander.Expand(u"${v2}${V1}${v2}"_s).constData(), one.constData());
+    // What is too long for any program is one text for all.
+    EXPECT_EQ(expander.Expand(u"${v3}"_s).constData(), expander.Expand(u"a${v3}"_s).constData());
+    // So much new text that the rest of the run gets none.
+    int made = 0;
+    while (made < 10000 && expander.Expand(u"${v0}y"_s).size() == 100'001) {
+        ++made;
+    }
+    EXPECT_TRUE(made > 500 && made < 2000) << made;
+    EXPECT_EQ(expander.Expand(u"${v0}"_s), value);
+}
+
+TEST(ExpansionTest, NamesAreComparedAsTextsAre) {
+    const QStringList names = u"ß ss ſ S K k i İ ı Σ ς σσ 𐐀a 𐐨A ﬁ fi 😀 ẞ Å Å ĸ"_s.split(u' ') +
+                              QStringList{QChar(0xD801)};
+    for (const QString& name : names) {
+        DataNodes variables;
+        variables.SetDataNodesType(NodeKind::Variable);
+        variables.Add(name)->Childs()->Add(u"x"_s);
+        for (const QString& other : names) {
+            EXPECT_EQ(VariableExpander(variables).Expand(u"${"_s + other + u"}"_s).isEmpty(),
+                      name.compare(other, Qt::CaseInsensitive) != 0)
+                << name.toStdString() << " and " << other.toStdString();
+        }
+    }
 }
 
 } // namespace

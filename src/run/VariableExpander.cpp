@@ -4,12 +4,25 @@
 #include "data/DataNodes.h"
 #include "support/SupportLibrary.h"
 
+#include <unistd.h>
+
+#include <utility>
+
 namespace rivenfall {
 
 namespace {
 
 constexpr QStringView OpeningMark = u"${";
 constexpr QChar ClosingMark = u'}';
+
+/// What a run is granted, in characters that are written; a reference counts as so many. Only
+/// variables that refer to each other in circles need more than a thousandth of it. It is used up
+/// in about a second.
+constexpr qint64 MostWork = 1LL << 31;
+constexpr qint64 WorkOfReference = 512;
+
+/// How many characters of texts a run may keep: 256 MiB.
+constexpr qint64 MostKept = 1LL << 27;
 
 /// The position of the first opening mark from @p from on, or -1.
 qsizetype FindOpeningMark(QStringView text, qsizetype from) {
@@ -20,39 +33,10 @@ qsizetype FindOpeningMark(QStringView text, qsizetype from) {
     return found;
 }
 
-/// Tells without a full comparison, and for nearly every pair of names, that they differ.
-bool DifferAtTheEnd(QStringView left, QStringView right) {
-    if (left.size() != right.size()) {
-        return true;
-    }
-    if (left.isEmpty()) {
-        return false;
-    }
-    const char16_t leftEnd = left.back().unicode();
-    const char16_t rightEnd = right.back().unicode();
-    constexpr char16_t letterCase = 0x20;
-    return leftEnd < 0x80 && rightEnd < 0x80 && ((leftEnd ^ rightEnd) & ~letterCase) != 0;
-}
-
-const DataNode* FindVariable(const DataNodes& variables, QStringView name) {
-    for (const std::shared_ptr<DataNode>& variable : variables) {
-        if (!variable->Active()) {
-            continue;
-        }
-        const QString& value = variable->Value();
-        // Most references are written as the name is, which is quickly told.
-        if (!DifferAtTheEnd(value, name) &&
-            (name == value || name.compare(value, Qt::CaseInsensitive) == 0)) {
-            return variable.get();
-        }
-    }
-    return nullptr;
-}
-
-const DataNode* FirstActive(const DataNodes& nodes) {
-    for (const std::shared_ptr<DataNode>& node : nodes) {
-        if (node->Active()) {
-            return node.get();
+const QString* FirstActiveValue(const DataNodes& values) {
+    for (const std::shared_ptr<DataNode>& value : values) {
+        if (value->Active()) {
+            return &value->Value();
         }
     }
     return nullptr;
@@ -60,57 +44,135 @@ const DataNode* FirstActive(const DataNodes& nodes) {
 
 } // namespace
 
-VariableExpander::VariableExpander(const DataNodes& variables) : pobjVariables(variables) {}
-
-QString VariableExpander::Expand(const QString& Text) {
-    qsizetype open = FindOpeningMark(Text, 0);
-    if (open < 0) {
-        return Text;
+VariableExpander::VariableExpander(const DataNodes& variables) : pobjNames(variables) {
+    pobjStates.reserve(static_cast<size_t>(variables.Count()));
+    for (const std::shared_ptr<DataNode>& variable : variables) {
+        pobjStates.push_back({FirstActiveValue(*variable->Childs())});
     }
-    const bool outermost = SupportLibrary::IsArrayEmpty(pblnVariableBusy);
-    if (outermost) {
-        pblnVariableBusy.assign(static_cast<size_t>(pobjVariables.Count()), false);
-    }
-
-    QString output;
-    output.reserve(Text.size());
-    qsizetype position = 0;
-    while (open >= 0) {
-        const qsizetype close = Text.indexOf(ClosingMark, open);
-        if (close < 0) {
-            break;
-        }
-        const qsizetype nameBegin = open + OpeningMark.size();
-        output += QStringView(Text).sliced(position, open - position);
-        output += ReplacementFor(QStringView(Text).sliced(nameBegin, close - nameBegin));
-        position = close + 1;
-        open = FindOpeningMark(Text, position);
-    }
-    output += QStringView(Text).sliced(position);
-
-    if (outermost) {
-        std::vector<bool>().swap(pblnVariableBusy);
-    }
-    return output;
 }
 
-QString VariableExpander::ReplacementFor(QStringView name) {
-    const DataNode* variable = FindVariable(pobjVariables, name);
-    if (!variable) {
-        return {};
+qsizetype VariableExpander::LongestText() {
+    static const qsizetype length = 64 * sysconf(_SC_PAGESIZE);
+    return length;
+}
+
+QString VariableExpander::Expand(const QString& Text) {
+    if (FindOpeningMark(Text, 0) < 0) {
+        return Text;
     }
-    const auto position = static_cast<size_t>(variable->Index()) - 1;
-    if (pblnVariableBusy[position]) {
-        return {};
+    if (SupportLibrary::IsArrayEmpty(pblnVariableBusy)) {
+        pblnVariableBusy.assign(pobjStates.size(), false);
     }
-    const DataNode* value = FirstActive(*variable->Childs());
-    if (!value) {
-        return {};
+    pobjFrames.push_back({VariableNames::NoVariable, Text});
+    for (;;) {
+        if (GoesDown()) {
+            continue;
+        }
+        if (pobjFrames.size() == 1) {
+            break;
+        }
+        FinishValue();
     }
-    pblnVariableBusy[position] = true;
-    QString replacement = Expand(value->Value());
-    pblnVariableBusy[position] = false;
-    return replacement;
+    QString output = TakeOutput();
+    std::vector<bool>().swap(pblnVariableBusy);
+
+    // Who is nothing but the value of one variable shares its text.
+    if (!output.isDetached()) {
+        return output;
+    }
+    plngKept += output.size();
+    return plngKept > MostKept ? TooLong(output) : output;
+}
+
+/// Goes on in the text of the last frame: up to a value that has to be expanded first, whose frame
+/// is the last one then, or to the end, which gives False.
+bool VariableExpander::GoesDown() {
+    Frame& frame = pobjFrames.back();
+    while (!IsTooMuch(frame)) {
+        const QStringView text = frame.Text;
+        const qsizetype open = FindOpeningMark(text, frame.Position);
+        const qsizetype close = open < 0 ? -1 : text.indexOf(ClosingMark, open);
+        if (close < 0) {
+            Append(frame, frame.Text.sliced(frame.Position));
+            return false;
+        }
+        Append(frame, text.sliced(frame.Position, open - frame.Position));
+        frame.Position = close + 1;
+        plngWork += WorkOfReference;
+
+        const qsizetype nameBegin = open + OpeningMark.size();
+        const int variable = pobjNames.PositionOf(text.sliced(nameBegin, close - nameBegin));
+        if (variable == VariableNames::NoVariable || !StateOf(variable).Value) {
+            continue;
+        }
+        if (pblnVariableBusy[static_cast<size_t>(variable)]) {
+            frame.Cut = true;
+        } else if (const std::optional<QString>& known = StateOf(variable).Expansion) {
+            Append(frame, *known);
+        } else {
+            pblnVariableBusy[static_cast<size_t>(variable)] = true;
+            pobjFrames.push_back({variable, *StateOf(variable).Value});
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Puts what the last frame has come to into the one above it.
+void VariableExpander::FinishValue() {
+    const bool cut = pobjFrames.back().Cut;
+    const int variable = pobjFrames.back().Variable;
+    const QString output = TakeOutput();
+    pblnVariableBusy[static_cast<size_t>(variable)] = false;
+
+    // What a cut leaves depends on where the value is asked for. Most values are asked for once, so
+    // they are kept from the second time on.
+    State& state = StateOf(variable);
+    if (!cut && state.Seen && plngKept + output.size() <= MostKept) {
+        state.Expansion = output;
+        plngKept += output.size();
+    }
+    state.Seen = true;
+    pobjFrames.back().Cut |= cut;
+    Append(pobjFrames.back(), output);
+}
+
+/// Takes the last frame away and gives what it has come to.
+QString VariableExpander::TakeOutput() {
+    const bool tooMuch = IsTooMuch(pobjFrames.back());
+    const QString output = std::move(pobjFrames.back().Output);
+    pobjFrames.pop_back();
+    return tooMuch ? TooLong(output) : output;
+}
+
+void VariableExpander::Append(Frame& frame, const QString& text) {
+    if (frame.Output.isEmpty()) {
+        frame.Output = text;
+    } else {
+        Append(frame, QStringView(text));
+    }
+}
+
+void VariableExpander::Append(Frame& frame, QStringView text) {
+    frame.Output += text;
+    plngWork += text.size();
+}
+
+bool VariableExpander::IsTooMuch(const Frame& frame) const {
+    return frame.Output.size() > LongestText() || plngWork > MostWork;
+}
+
+/// The text in place of one that is too long and begins with @p front. There is one for all, which
+/// begins as the first of them does: nobody can be handed any of them.
+QString VariableExpander::TooLong(const QString& front) {
+    if (pstrTooLong.isEmpty()) {
+        pstrTooLong = front.leftJustified(LongestText() + 1, u'…', true);
+    }
+    return pstrTooLong;
+}
+
+VariableExpander::State& VariableExpander::StateOf(int variable) {
+    return pobjStates[static_cast<size_t>(variable)];
 }
 
 } // namespace rivenfall

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "run/VariableNames.h"
+
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace rivenfall {
@@ -9,7 +12,7 @@ namespace rivenfall {
 class DataNodes;
 
 /// Puts the values of variables in the place of references, for the length of one run: the
-/// variables may not change meanwhile.
+/// variables may not change meanwhile. What one text has found out about them serves the next one.
 class VariableExpander {
 public:
     /// @p variables is the root of the variables and outlives the object.
@@ -18,17 +21,56 @@ public:
     /// @p Text with every reference `${NAME}` replaced by the value of that variable: the first
     /// active variable of the name, compared without regard to case, and its first active value,
     /// expanded in turn. What can't be resolved gives nothing; a reference that is never closed
-    /// stays as it is; a value that refers to itself is cut off there. Never fails and changes
-    /// nothing.
+    /// stays as it is; a value that refers to itself is cut off there. Changes nothing.
+    ///
+    /// A text that grows beyond LongestText characters ends there, at LongestText + 1. So does one
+    /// whose variables refer to each other in so many ways that the run would not come to an end.
+    /// Throws std::bad_alloc; the object is then only good to be thrown away.
     QString Expand(const QString& Text);
 
-private:
-    QString ReplacementFor(QStringView name);
+    /// Twice what the kernel takes in one argument, which is 32 pages of memory (execve(2)):
+    /// 262 144 characters where a page has 4 KiB. The start of a program with a longer text fails,
+    /// with 7.
+    static qsizetype LongestText();
 
-    const DataNodes& pobjVariables;
-    /// Per variable, by its position: its value is being expanded. Without allocation between two
-    /// calls from outside.
+private:
+    /// A text that is being expanded: the one that was asked for, or the value of a variable.
+    struct Frame {
+        int Variable;
+        QString Text;
+        qsizetype Position = 0;
+        QString Output = {};
+        /// A reference below met a variable that was being expanded already.
+        bool Cut = false;
+    };
+
+    /// What has become of a variable so far in this run.
+    struct State {
+        /// The value; null for a variable without an active one.
+        const QString* Value = nullptr;
+        bool Seen = false;
+        std::optional<QString> Expansion = {};
+    };
+
+    bool GoesDown();
+    void FinishValue();
+    QString TakeOutput();
+    void Append(Frame& frame, const QString& text);
+    void Append(Frame& frame, QStringView text);
+    bool IsTooMuch(const Frame& frame) const;
+    QString TooLong(const QString& front);
+    State& StateOf(int variable);
+
+    VariableNames pobjNames;
+    std::vector<State> pobjStates;
+    /// Per variable: its value is being expanded. Without allocation between two calls.
     std::vector<bool> pblnVariableBusy;
+    std::vector<Frame> pobjFrames;
+    /// The text that every one that is too long ends in, one for all in a run.
+    QString pstrTooLong;
+    /// How many characters were written, and how many are kept; see MostWork and MostKept.
+    qint64 plngWork = 0;
+    qint64 plngKept = 0;
 };
 
 } // namespace rivenfall
