@@ -18,8 +18,9 @@ std::vector<Sketch> Sketches(QStringView& outline) {
         outline = outline.sliced(outline.front() == u',' ? 1 : 0);
         const bool off = outline.startsWith(u'!');
         qsizetype end = off ? 1 : 0;
-        while (end < outline.size() && !QStringView(u"(),").contains(outline[end]))
+        while (end < outline.size() && !QStringView(u"(),").contains(outline[end])) {
             ++end;
+        }
         Sketch node(outline.first(end).sliced(off ? 1 : 0).toString().remove(u'~'));
         outline = outline.sliced(end);
         if (outline.startsWith(u'(')) {

@@ -28,14 +28,16 @@ public:
     /// The position behind the branch of a line, and the one of the line that it lies below.
     static size_t End(const Lines& tree, size_t each) {
         size_t end = each + 1;
-        while (end < tree.size() && tree[end].Level > tree[each].Level)
+        while (end < tree.size() && tree[end].Level > tree[each].Level) {
             ++end;
+        }
         return end;
     }
     static int Above(const Lines& tree, size_t each) {
         int above = static_cast<int>(each) - 1;
-        while (above >= 0 && tree[size_t(above)].Level >= tree[each].Level)
+        while (above >= 0 && tree[size_t(above)].Level >= tree[each].Level) {
             --above;
+        }
         return above;
     }
     /// The positions of a line and its siblings.
@@ -54,8 +56,9 @@ public:
     std::vector<size_t> Hiding(size_t each) const {
         std::vector<size_t> lines;
         for (int above = Above(Document[Tab], each); above >= 0;
-             above = Above(Document[Tab], size_t(above)))
+             above = Above(Document[Tab], size_t(above))) {
             lines.push_back(size_t(above));
+        }
         return lines;
     }
     bool InSight(size_t each) {
@@ -64,8 +67,9 @@ public:
     }
     /// Opens on the screen what hides a line.
     void Reveal(size_t each) {
-        for (const size_t above : Hiding(each))
+        for (const size_t above : Hiding(each)) {
             Tree()[above].Shown = true;
+        }
     }
     void Select(size_t each) {
         Selected() = each;
@@ -79,30 +83,36 @@ public:
                   u" - OMRA Rivenfall Compiler Controller 1.5.0"_s;
     }
     void Rebuild() {
-        for (Line& line : Tree())
+        for (Line& line : Tree()) {
             line.Shown = line.Open;
+        }
         size_t last = Tree().size() - 1;
-        while (last > 0 && !Tree()[last].Open)
+        while (last > 0 && !Tree()[last].Open) {
             --last;
+        }
         Reveal(last);
         SetCaption();
         Select(Selected());
     }
     void SwitchOthersOff(size_t on) {
-        for (const size_t each : Siblings(on))
+        for (const size_t each : Siblings(on)) {
             Tree()[each].On = each == on;
+        }
     }
     void New() {
         const Line& line = Tree()[Selected()];
         Lines added = {{line.Level, line.Value}};
-        for (int level = line.Level + 1; level <= (Tab == 0 ? 2 : 1); ++level)
+        for (int level = line.Level + 1; level <= (Tab == 0 ? 2 : 1); ++level) {
             added.push_back({level, {}});
-        if (Tab == 0 && line.Level == 0)
+        }
+        if (Tab == 0 && line.Level == 0) {
             added[2].Value = u"${FILE1}"_s;
+        }
         const size_t place = End(Tree(), Selected());
         Tree().insert(Tree().begin() + qsizetype(place), added.begin(), added.end());
-        if (IsAlternative(place))
+        if (IsAlternative(place)) {
             SwitchOthersOff(place);
+        }
         Rebuild();
         Select(place);
         Changed = true;
@@ -115,10 +125,11 @@ public:
                      Tree().begin() + qsizetype(End(Tree(), Selected())));
         // The next sibling, else the one before, is selected, and the one before that remembered.
         const size_t neighbour = std::min(rank, siblings.size() - 2);
-        if (neighbour > 0)
+        if (neighbour > 0) {
             Selected() = siblings[neighbour - 1];
-        else if (siblings.size() == 2)
+        } else if (siblings.size() == 2) {
             Selected() = static_cast<size_t>(std::max(above, 0));
+        }
         Changed = true;
         Rebuild();
     }
@@ -131,8 +142,9 @@ public:
         const size_t first = siblings[0];
         Tree().erase(begin, begin + qsizetype(branch.size()));
         size_t place = first;
-        for (size_t passed = 0; passed < target; ++passed)
+        for (size_t passed = 0; passed < target; ++passed) {
             place = End(Tree(), place);
+        }
         Tree().insert(Tree().begin() + qsizetype(place), branch.begin(), branch.end());
         Changed = true;
         Rebuild();
@@ -140,8 +152,9 @@ public:
     }
     void Check(size_t each) {
         Tree()[each].On = !Tree()[each].On;
-        if (Tree()[each].On && IsAlternative(each))
+        if (Tree()[each].On && IsAlternative(each)) {
             SwitchOthersOff(each);
+        }
         Changed = true;
     }
     void Store() {
@@ -151,8 +164,9 @@ public:
     }
     void Load(Trees trees, const QString& file) {
         for (Lines& tree : trees) {
-            for (Line& line : tree)
+            for (Line& line : tree) {
                 line.Open = true;
+            }
         }
         Document = trees;
         File = file;
@@ -168,8 +182,9 @@ public:
     }
     /// Saves to @p chosen where the document has no file; that may be none, or in no folder.
     bool Save(const QString& chosen) {
-        if (File.isEmpty() && (chosen.isEmpty() || chosen.contains(u'/')))
+        if (File.isEmpty() && (chosen.isEmpty() || chosen.contains(u'/'))) {
             return false;
+        }
         File = File.isEmpty() ? chosen : File;
         Disk[File] = Document;
         Changed = false;
@@ -206,12 +221,14 @@ protected:
 /// How the user answers where the document has changed, and whether the command goes on then;
 /// it does @p always where saving fails.
 QString RandomActions::InventAnswer(bool& goesOn, bool always) {
-    if (!Plain.Changed)
+    if (!Plain.Changed) {
         return {};
+    }
     const QString answer = AnyOf({u"yes "_s, u"no "_s, u"stay "_s});
     goesOn = answer != u"stay ";
-    if (answer != u"yes ")
+    if (answer != u"yes ") {
         return answer;
+    }
     const bool asks = Plain.File.isEmpty();
     const QString file = AnyOf({QString(), u"a.tvq"_s, u"nowhere/a.tvq"_s});
     goesOn = Plain.Save(file) || always;
@@ -225,32 +242,39 @@ QString RandomActions::InventFileCommand() {
     QString script;
     if (entry == u"N") {
         script = InventAnswer(goesOn, true);
-        if (goesOn)
+        if (goesOn) {
             Plain.Fresh();
+        }
     } else if (entry == u"P") {
         script = InventAnswer(goesOn, false);
-        if (goesOn)
+        if (goesOn) {
             script += u"pick:%1 "_s.arg(file);
-        if (goesOn && Plain.Disk.contains(file))
+        }
+        if (goesOn && Plain.Disk.contains(file)) {
             Plain.Load(Plain.Disk[file], file);
+        }
     } else if (entry == u"R") {
     } else {
         const QString former = Plain.File;
-        if (entry == u"A")
+        if (entry == u"A") {
             Plain.File.clear();
+        }
         script = Plain.File.isEmpty() ? u"pick:%1 "_s.arg(file) : QString();
-        if (!Plain.Save(file))
+        if (!Plain.Save(file)) {
             Plain.File = former;
-        if (entry == u"A")
+        }
+        if (entry == u"A") {
             Plain.SetCaption();
+        }
     }
     return script + u"file:"_s + entry;
 }
 
 QString RandomActions::Invent() {
     const size_t dice = Below(100);
-    if (!Plain.Exists || dice < 12)
+    if (!Plain.Exists || dice < 12) {
         return InventFileCommand();
+    }
     const bool down = Below(2) == 0;
     const size_t count = Plain.Tree().size();
     if (dice < 19 && count < 60) {
@@ -258,19 +282,22 @@ QString RandomActions::Invent() {
         return AnyOf({u"New"_s, u"New:Enter"_s});
     }
     if (dice < 25) {
-        if (Plain.Siblings(Plain.Selected()).size() > 1)
+        if (Plain.Siblings(Plain.Selected()).size() > 1) {
             Plain.Remove();
+        }
         return u"Remove"_s;
     }
     if (dice < 33) {
-        if (Plain.Movable)
+        if (Plain.Movable) {
             Plain.Move(down);
+        }
         return AnyOf(down ? QStringList{u"Move_down"_s, u"Move:Down"_s}
                           : QStringList{u"Move_up"_s, u"Move:Up"_s});
     }
     if (dice < 38) {
-        if (const size_t tab = down; tab != std::exchange(Plain.Tab, tab))
+        if (const size_t tab = down; tab != std::exchange(Plain.Tab, tab)) {
             Plain.Rebuild();
+        }
         return u"tab:%1"_s.arg(Plain.Tab + 1);
     }
     if (dice < 49) {
@@ -282,30 +309,35 @@ QString RandomActions::Invent() {
                QString(text).replace(u' ', u'_');
     }
     if (dice < 57) {
-        if (Plain.Editing)
+        if (Plain.Editing) {
             Plain.Store();
+        }
         return AnyOf({u"Ok"_s, u"Value:Enter"_s, u"Document:Return"_s});
     }
     if (dice < 60) {
-        if (Plain.Editing)
+        if (Plain.Editing) {
             Plain.Select(Plain.Selected());
+        }
         return AnyOf({u"Cancel"_s, u"Value:Esc"_s, u"Document:Esc"_s});
     }
     if (dice < 71) {
-        if (down ? Plain.Selected() + 1 < count : Plain.Selected() > 0)
+        if (down ? Plain.Selected() + 1 < count : Plain.Selected() > 0) {
             Plain.Select(Plain.Selected() + (down ? 1 : -1UL));
+        }
         return down ? u"Value:Down"_s : u"Value:Up"_s;
     }
     const size_t each = Below(count);
     const bool isBranch = Model::End(Plain.Tree(), each) > each + 1;
-    if (!Plain.InSight(each))
+    if (!Plain.InSight(each)) {
         return {};
-    if (dice < 81)
+    }
+    if (dice < 81) {
         Plain.Select(each);
-    else if (dice < 90 || !isBranch)
+    } else if (dice < 90 || !isBranch) {
         Plain.Check(each);
-    else
+    } else {
         Plain.Tree()[each].Open = Plain.Tree()[each].Shown = !Plain.Tree()[each].Shown;
+    }
     return (dice < 81                ? u"click:"_s
             : dice < 90 || !isBranch ? u"mark:"_s
                                      : u"branch:"_s) +
@@ -324,8 +356,9 @@ void RandomActions::ExpectAgreement() {
          ++top) {
         const Lines former = Plain.Tree();
         Plain.Reveal(top);
-        if (shown != Outline(Plain.Tree(), &Line::Shown, selected))
+        if (shown != Outline(Plain.Tree(), &Line::Shown, selected)) {
             Plain.Tree() = former;
+        }
     }
     EXPECT_EQ(shown, Outline(Plain.Tree(), &Line::Shown, selected));
     EXPECT_EQ(Stored(1), Outline(Plain.Document[0], &Line::Open));
@@ -352,8 +385,9 @@ TEST_F(RandomActions, AgreeWithAPlainModel) {
         SetGlobalApplication(std::make_shared<Application>());
         Random.seed(seed + sequence);
         Plain = {};
-        for (const QString& file : {u"a.tvq"_s, u"b.tvq"_s})
+        for (const QString& file : {u"a.tvq"_s, u"b.tvq"_s}) {
             QFile::remove(Path(file));
+        }
         std::string latest;
         for (unsigned action = 0; action < actions && !HasFailure(); ++action) {
             FormerRows = Plain.Tree().size();

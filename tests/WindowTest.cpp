@@ -62,8 +62,9 @@ TEST_F(WindowTest, TabKeyVisitsTheControlsInOrder) {
     for (int press = 0; press < 8; ++press) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         QWidget* widget = QApplication::focusWidget();
-        while (widget->accessibleName().isEmpty())
+        while (widget->accessibleName().isEmpty()) {
             widget = widget->parentWidget();
+        }
         visited += widget->accessibleName().toStdString() + ' ';
     }
     EXPECT_EQ(visited, "Ok Cancel Content Document Move New Remove Value ");
@@ -140,8 +141,9 @@ TEST_F(WindowTest, AHeldButtonMovesOnAndOn) {
 
 TEST_F(WindowTest, DropsAreTypedAtTheSelection) {
     QMimeData text, files, both, repeated, picture;
-    for (QMimeData* data : {&files, &both, &repeated})
+    for (QMimeData* data : {&files, &both, &repeated}) {
         data->setUrls({QUrl(u"file:///f/a%20b.c"_s), QUrl(u"file:///f/d.c"_s)});
+    }
     text.setText(u"T U\nV"_s);
     both.setText(u"T"_s);
     repeated.setText(u"file:///f/a%20b.c\nfile:///f/d.c\n"_s);
@@ -166,8 +168,9 @@ TEST_F(WindowTest, DropsAreTypedAtTheSelection) {
         QDragMoveEvent move(QPoint(99, 9), offered, &data, Qt::LeftButton, {});
         QDropEvent drop(QPoint(99, 9), offered, &data, Qt::LeftButton, {});
         QApplication::sendEvent(Box(), &enter);
-        if (!enter.isAccepted())
+        if (!enter.isAccepted()) {
             return false;
+        }
         QApplication::sendEvent(Box(), &move);
         QApplication::sendEvent(Box(), &drop);
         EXPECT_TRUE(move.isAccepted() && drop.dropAction() == Qt::CopyAction);
@@ -245,8 +248,9 @@ TEST_F(WindowTest, OldVersionsHaveTheirCompilersOnly) {
 
 TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
     std::string outline = "a(p(v))";
-    for (int each = 0; each < 24; ++each)
+    for (int each = 0; each < 24; ++each) {
         outline += ",a(p(v))";
+    }
     Open(outline.c_str(), "X", "click:30");
     // The same row is at the top again, unless the selected node is out of view then.
     for (const auto& [former, next] : {std::pair(25, 25), std::pair(18, 18), std::pair(51, 30)}) {
@@ -299,10 +303,11 @@ TEST_P(QuitDuringARun, EndsWithTheRun) {
     frmMain& form = Window();
     const bool closes = !*GetParam();
     Later([&, box = Box(), tree = Tree()] {
-        if (closes)
+        if (closes) {
             EXPECT_TRUE(form.Window()->close());
-        else
+        } else {
             Act(GetParam());
+        }
         EXPECT_EQ(GlobalApplication(), nullptr);
         ASSERT_FALSE(program.expired());
         EXPECT_EQ(form.Visible(), !closes);
@@ -311,8 +316,9 @@ TEST_P(QuitDuringARun, EndsWithTheRun) {
         QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, QPoint(60, 25));
         QTest::keyClicks(box, u"x"_s);
         QTest::keyClick(box, Qt::Key_Down);
-        for (QAction* entry : form.Window()->menuBar()->actions()[0]->menu()->actions())
+        for (QAction* entry : form.Window()->menuBar()->actions()[0]->menu()->actions()) {
             entry->trigger();
+        }
         EXPECT_TRUE(program.lock()->Execution()->Running());
         OutputWindow()->close();
     });
