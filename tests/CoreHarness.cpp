@@ -5,32 +5,45 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <sys/resource.h>
 
 namespace rivenfall {
 
 namespace {
 
-/// The nodes at the front of @p outline, up to the end of their level.
-std::vector<Sketch> Sketches(QStringView& outline) {
-    std::vector<Sketch> nodes;
-    while (!outline.isEmpty() && outline.front() != u')') {
-        outline = outline.sliced(outline.front() == u',' ? 1 : 0);
-        const bool off = outline.startsWith(u'!');
-        qsizetype end = off ? 1 : 0;
-        while (end < outline.size() && !QStringView(u"(),").contains(outline[end])) {
-            ++end;
-        }
-        Sketch node(outline.first(end).sliced(off ? 1 : 0).toString().remove(u'~'));
-        outline = outline.sliced(end);
-        if (outline.startsWith(u'(')) {
-            outline = outline.sliced(1);
-            node.Below = Sketches(outline);
-            outline = outline.sliced(1);
-        }
-        node.Active = !off;
-        nodes.push_back(node);
+/// Takes @p sign from the front of @p outline if it stands there.
+bool Take(QStringView& outline, QChar sign) {
+    const bool there = outline.startsWith(sign);
+    outline = outline.sliced(there ? 1 : 0);
+    return there;
+}
+
+std::vector<Sketch> TakeLevel(QStringView& outline);
+
+/// Takes one node, with what is below it, from the front of @p outline.
+Sketch TakeNode(QStringView& outline) {
+    const bool off = Take(outline, u'!');
+    const auto end = std::find_if(outline.begin(), outline.end(),
+                                  [](QChar each) { return QStringView(u"(),").contains(each); });
+    const QString value = outline.first(end - outline.begin()).toString();
+    outline = outline.sliced(value.size());
+    EXPECT_NE(value, QString()) << "in an outline \"~\" stands for an empty value";
+    Sketch node(value == u"~" ? QString() : value);
+    node.Active = !off;
+    if (Take(outline, u'(')) {
+        node.Below = TakeLevel(outline);
+        EXPECT_TRUE(Take(outline, u')')) << "the outline lacks a closing bracket";
     }
+    return node;
+}
+
+/// Takes a node and its siblings from the front of @p outline.
+std::vector<Sketch> TakeLevel(QStringView& outline) {
+    std::vector<Sketch> nodes;
+    do {
+        nodes.push_back(TakeNode(outline));
+    } while (Take(outline, u','));
     return nodes;
 }
 
@@ -39,7 +52,12 @@ std::vector<Sketch> Sketches(QStringView& outline) {
 std::vector<Sketch> Sketches(const char* outline) {
     const QString text = QString::fromUtf8(outline);
     QStringView rest = text;
-    return Sketches(rest);
+    std::vector<Sketch> nodes;
+    if (!rest.isEmpty()) {
+        nodes = TakeLevel(rest);
+    }
+    EXPECT_EQ(rest.toString(), QString()) << "the outline goes on behind its last node";
+    return nodes;
 }
 
 QByteArray CollectionImage(const std::vector<Sketch>& nodes, int levels) {
@@ -52,6 +70,9 @@ QByteArray CollectionImage(const std::vector<Sketch>& nodes, int levels) {
         node.WriteProperty("Active", sketch.Active, true);
         if (levels > 0) {
             node.WriteProperty("Childs", CollectionImage(sketch.Below, levels - 1));
+        } else {
+            EXPECT_TRUE(sketch.Below.empty())
+                << "nothing can be below " << sketch.Value.toStdString();
         }
         collection.WriteProperty("Item" + QByteArray::number(++position), node.Contents());
     }

@@ -43,7 +43,8 @@ struct Sketch {
 };
 
 /// The nodes that an outline tells: nodes with commas between them, what is below a node in round
-/// brackets, "!" before a node that is switched off, "~" for an empty value.
+/// brackets, "!" before a node that is switched off, "~" for an empty value. A malformed outline
+/// fails the test.
 std::vector<Sketch> Sketches(const char* outline);
 
 /// The bytes of a collection whose nodes have @p levels levels below them.
