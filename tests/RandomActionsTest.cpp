@@ -345,6 +345,7 @@ QString RandomActions::Invent() {
 }
 
 void RandomActions::ExpectAgreement() {
+    ExpectTheWindowAgrees();
     const std::string shown = Shown();
     const int selected = static_cast<int>(Plain.Selected()) + 1;
     // Where the rows of the former tree didn't all fit, which may be that of the other tab, a
@@ -365,8 +366,9 @@ void RandomActions::ExpectAgreement() {
     EXPECT_EQ(Stored(2), Outline(Plain.Document[1], &Line::Open));
     EXPECT_EQ(Window().tvwContent.SelectedItem()->Index(), selected);
     const bool siblings = Plain.Siblings(Plain.Selected()).size() > 1;
-    EXPECT_EQ(State(), std::string("N") + (siblings ? "R" : "-") + (Plain.Movable ? "MV" : "-V") +
-                           (Plain.Editing ? "OC" : "--"));
+    EXPECT_EQ(Enabled(), std::string("New") + (siblings ? " Remove" : "") +
+                             (Plain.Movable ? " Move" : "") + " Value" +
+                             (Plain.Editing ? " Ok Cancel" : ""));
     EXPECT_EQ(Box()->text(), Plain.Box);
     EXPECT_EQ(Window().Caption(), Plain.Caption);
     EXPECT_EQ(Changed(), Plain.Changed);

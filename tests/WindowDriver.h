@@ -2,6 +2,7 @@
 
 #include "Harness.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -11,6 +12,7 @@
 #include <QTreeView>
 
 #include <string>
+#include <vector>
 
 namespace rivenfall {
 
@@ -26,8 +28,24 @@ using Lines = std::vector<Line>;
 
 /// @p lines in one text: nodes with commas between them, what is below a node in round brackets,
 /// or in square ones where @p open is False; "!" before a node that is switched off, "*" before
-/// the one at the position @p selected, "~" for an empty value.
+/// the one at the position @p selected, "~" for an empty value. Without @p open all brackets are
+/// round.
 std::string Outline(const Lines& lines, bool Line::*open, int selected = 0);
+
+/// What the user does, and how the program shows itself then. A field that a case doesn't name is
+/// expected to be empty or False.
+struct Case {
+    /// Scripts for WindowTest::Act.
+    std::vector<const char*> Acts = {};
+    /// The tree on view as WindowTest::Shown tells it.
+    std::string Tree = {};
+    /// What the user can use, as WindowTest::Enabled tells it.
+    std::string Enabled = {};
+    /// The text in the value box.
+    std::string Box = {};
+    /// Whether the program would ask before it gives the document up.
+    bool Changed = false;
+};
 
 /// A program whose main window is worked by mouse and keyboard, and read as it shows itself.
 class WindowTest : public ProgramTest {
@@ -40,47 +58,59 @@ protected:
 
     std::string Caption() { return Window().Caption().toStdString(); }
 
-    /// The row at @p position, counted from 1 over all levels.
-    QModelIndex Row(int position) { return Rows({})[position - 1]; }
+    /// The row at @p position, counted from 1 over all levels; none where there is no such row.
+    QModelIndex Row(int position) { return Rows({}).value(position - 1); }
 
     /// Does what the words of @p script tell, one after the other; "_" stands for a blank:
     /// - "click:3", "mark:3", "branch:3": a click on a row's label, check box or expander
     /// - "tab:2": a click on a tab
     /// - "Ok", "Document:Ctrl+A": a click on what has this name, or a key while it has it
     /// - "type:x": keys for the value box
-    /// - "file:S", "help:I": a menu and its entry by their letters
+    /// - "file:Save", "help:I": a menu and its entry, by the entry's name or letter
     /// - "yes", "no", "stay", "pick:a": the user's next answer, and the next file, "pick:" for none
+    ///
+    /// A word that can't be done fails the test, and the script ends there.
     void Act(const QString& script);
     void Act(const char* script) { Act(QString::fromUtf8(script)); }
 
     /// Opens a document in the file document.tvq, told by outlines, then acts by @p script.
     void Open(const char* compilers, const char* variables = "FILE1(~)", const char* script = "");
 
-    /// The outline of the tree as the window shows it. The document must agree with it.
+    /// Reads the outline of the tree as the window shows it.
     std::string Shown();
-    /// The outline of the collection @p content as the document has it.
+    /// Reads the outline of the collection @p content as the document has it.
     std::string Stored(int content);
-    /// The enabled ones of New, Remove, Move, Value, Ok and Cancel, with "-" in the place of a
-    /// disabled one; and " none" while no command for a document is enabled either.
-    std::string State();
-    /// True if the program would ask before it gives the document up. Forgets what the user was
-    /// asked.
+    /// Reads which of New, Remove, Move, Value, Ok and Cancel are enabled, and adds "(no document)"
+    /// where nothing that needs a document is.
+    std::string Enabled();
+    /// Tries whether the program would ask before it gives the document up, and stays. Forgets
+    /// what the user was asked.
     bool Changed();
-    /// What is shown, the state, the text of the value box and " changed" in one line.
-    std::string Look();
-    /// Acts, and then it must look as @p look tells.
-    void Expect(const char* script, const std::string& look);
-    /// Does that for each of @p cases, "SCRIPT => LOOK" or "SCRIPT | SCRIPT => LOOK" with line
-    /// breaks between them, always with a new document.
-    void ExpectEach(const char* compilers, const char* variables, const char* start,
-                    const char* cases);
     /// True if the file @p name holds exactly this document.
     bool Holds(const QString& name, const char* compilers, const char* variables);
 
+    /// Expects what holds at any time: the tree on view shows the nodes of the document, its
+    /// current row alone is selected, and the menus offer what fits.
+    void ExpectTheWindowAgrees();
+    /// Expects @p expected once all of its scripts were done, one after the other.
+    void Expect(const Case& expected);
+    /// Expects each of @p cases after each of its scripts, with a document that @p open opens anew.
+    void ExpectEach(const std::function<void()>& open, const std::vector<Case>& cases);
+
 private:
+    /// Where a row can be clicked, in pixels from the left edge of its item.
+    enum class RowSpot { Label = 40, Mark = 8, Branch = -10 };
+
+    bool Do(const QString& word);
+    bool ClickRow(const QString& position, RowSpot spot);
+    bool ClickTab(const QString& position);
+    bool Choose(const QString& menu, const QString& entry);
+    bool Answer(const QString& word);
+    bool Press(const QString& control, const QString& keys);
+    void ExpectLook(const Case& expected);
     QModelIndexList Rows(const QModelIndex& parent);
-    void ClickRow(int position, int right);
-    void Choose(Qt::Key menu, Qt::Key entry);
+    Lines LinesOnView();
+    Lines LinesStored(int content);
     void TakeKeyboard();
     void Forget();
 };

@@ -15,11 +15,11 @@ using namespace rivenfall;
 
 namespace {
 
-const std::string Title = "OMRA Rivenfall Compiler Controller 1.5.0";
-const std::string AskToSave = "The file was changed.\r\nDo you want to save it?|3|" + Title + ";";
-const std::string AskBeforeNew = "changed; FileSave?|3|;";
-const std::string OpenDialog = "Open File - " + Title + ";";
-const std::string SaveDialog = "FileSave File As - " + Title + ";";
+const QString Title = u"OMRA Rivenfall Compiler Controller 1.5.0"_s;
+const QString AskToSave = u"The file was changed.\r\nDo you want to save it?|3|"_s + Title;
+const QString AskBeforeNew = u"changed; FileSave?|3|"_s;
+const QString OpenDialog = u"Open File - "_s + Title;
+const QString SaveDialog = u"FileSave File As - "_s + Title;
 const QString NotFound = u"error: CreateProcess failed (2)"_s;
 
 QWidget* OutputWindow() {
@@ -32,11 +32,6 @@ QWidget* OutputWindow() {
 /// Does @p action in a moment, inside of what is done next.
 void Later(const std::function<void()>& action) {
     QTimer::singleShot(50, qApp, action);
-}
-
-/// The texts, each with a semicolon behind it.
-std::string Joined(const QStringList& texts) {
-    return texts.isEmpty() ? "" : texts.join(u';').toStdString() + ';';
 }
 
 void ExpectNoWindowIsLeft() {
@@ -71,63 +66,147 @@ TEST_F(WindowTest, TabKeyVisitsTheControlsInOrder) {
 }
 
 TEST_F(WindowTest, IsInertBeforeTheFirstDocument) {
-    EXPECT_EQ(Caption(), Title);
+    EXPECT_EQ(Window().Caption(), Title);
+    const Case inert = {.Enabled = "(no document)"};
     Act("Value:Enter Document:Return Value:Esc Document:Esc Value:Down Document:Down "
         "Document:Space Value:a New Remove Ok Cancel Move_up Move_down Document Value tab:2 "
-        "file:S file:A file:R");
+        "file:Save file:Save_as file:Run");
     EXPECT_FALSE(OutputWindow()->isVisible());
-    EXPECT_EQ(Joined(TheUser.Asked + TheUser.Dialogs), "");
-    EXPECT_EQ(Look(), " ------ none ");
-    Act("file:O file:P");
+    EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, QStringList());
+    Expect(inert);
+    Act("file:Show_output pick: file:Open");
     EXPECT_TRUE(OutputWindow()->isVisible());
-    EXPECT_EQ(OutputWindow()->windowTitle().toStdString(), "New File - [Output] - " + Title);
-    EXPECT_EQ(Joined(TheUser.Dialogs), OpenDialog);
-    EXPECT_EQ(Look() + Log().toStdString(), " ------ none ");
+    EXPECT_EQ(OutputWindow()->windowTitle(), u"New File - [Output] - "_s + Title);
+    EXPECT_EQ(TheUser.Dialogs, QStringList{OpenDialog});
+    EXPECT_EQ(Log(), QString());
+    Expect(inert);
 }
 
-TEST_F(WindowTest, EachEventTakesAnEditWhereItShould) {
-    ExpectEach("za(p(v,w)),zb(q(x))", "FILE1(~)", "type:+", R"(
-        | tab:1 | file:P | file:S | pick:b.tvq file:A | file:R => *za(p(v,w)),zb(q(x)) NRMVOC za+
-        type:y => *za(p(v,w)),zb(q(x)) NRMVOC za+y
-        Value:Backspace => *za(p(v,w)),zb(q(x)) NRMVOC za
-        Ok | Value:Enter | Document:Return | Content:Return | Move:Enter
-            => *za+(p(v,w)),zb(q(x)) NRMV-- za+ changed
-        Value:Ctrl+A Value:Del Value:Return => *~(p(v,w)),zb(q(x)) NRMV--  changed
-        Cancel | Value:Esc | Document:Esc | New:Esc | click:1 | tab:2 tab:1 |
-            pick:document.tvq file:P => *za(p(v,w)),zb(q(x)) NRMV-- za
-        click:5 => za(p(v,w)),*zb(q(x)) NRMV-- zb
-        Document:Down | Value:Down => za(*p(v,w)),zb(q(x)) N--V-- p
-        New | New:Enter | Value:Alt+N => za(p(v,w)),*za(~(${FILE1})),zb(q(x)) NRMV-- za changed
-        Remove | Document:Alt+R => *zb(q(x)) N--V-- zb changed
-        Move_down => zb(q(x)),*za(p(v,w)) NRMV-- za changed
-        tab:2 => *FILE1(~) N--V-- FILE1
-        file:N => *~(~(${FILE1})) N-MV--
-        branch:1 => *za[p(v,w)],zb(q(x)) NRMVOC za+
-        mark:3 => *za(p(!v,w)),zb(q(x)) NRMVOC za+ changed
-        Document:Space => *!za(p(v,w)),zb(q(x)) NRMVOC za+ changed)");
+/// An edit of the first compiler's name: a plus was typed behind "za" and nothing stored yet.
+class EditTest : public WindowTest {
+protected:
+    void ExpectEachInAnEdit(const std::vector<Case>& cases) {
+        ExpectEach([this] { Open("za(p(v,w)),zb(q(x))", "FILE1(~)", "type:+"); }, cases);
+    }
+};
+
+TEST_F(EditTest, GoesOnWhereTheTreeStays) {
+    ExpectEachInAnEdit({
+        {.Acts = {"", "tab:1", "file:Open", "file:Save", "pick:b.tvq file:Save_as", "file:Run"},
+         .Tree = "*za(p(v,w)),zb(q(x))",
+         .Enabled = "New Remove Move Value Ok Cancel",
+         .Box = "za+"},
+        {.Acts = {"type:y"},
+         .Tree = "*za(p(v,w)),zb(q(x))",
+         .Enabled = "New Remove Move Value Ok Cancel",
+         .Box = "za+y"},
+        {.Acts = {"branch:1"},
+         .Tree = "*za[p(v,w)],zb(q(x))",
+         .Enabled = "New Remove Move Value Ok Cancel",
+         .Box = "za+"},
+        {.Acts = {"mark:3"},
+         .Tree = "*za(p(!v,w)),zb(q(x))",
+         .Enabled = "New Remove Move Value Ok Cancel",
+         .Box = "za+",
+         .Changed = true},
+        {.Acts = {"Document:Space"},
+         .Tree = "*!za(p(v,w)),zb(q(x))",
+         .Enabled = "New Remove Move Value Ok Cancel",
+         .Box = "za+",
+         .Changed = true},
+    });
+}
+
+TEST_F(EditTest, IsStoredByOkAndEnter) {
+    ExpectEachInAnEdit({
+        {.Acts = {"Ok", "Value:Enter", "Document:Return", "Content:Return", "Move:Enter"},
+         .Tree = "*za+(p(v,w)),zb(q(x))",
+         .Enabled = "New Remove Move Value",
+         .Box = "za+",
+         .Changed = true},
+        {.Acts = {"Value:Ctrl+A Value:Del Value:Return"},
+         .Tree = "*~(p(v,w)),zb(q(x))",
+         .Enabled = "New Remove Move Value",
+         .Box = "",
+         .Changed = true},
+    });
+}
+
+TEST_F(EditTest, IsGivenUpByCancelEscapeAndAnotherSelection) {
+    ExpectEachInAnEdit({
+        {.Acts = {"Cancel", "Value:Esc", "Document:Esc", "New:Esc", "click:1", "tab:2 tab:1",
+                  "pick:document.tvq file:Open"},
+         .Tree = "*za(p(v,w)),zb(q(x))",
+         .Enabled = "New Remove Move Value",
+         .Box = "za"},
+        {.Acts = {"click:5"},
+         .Tree = "za(p(v,w)),*zb(q(x))",
+         .Enabled = "New Remove Move Value",
+         .Box = "zb"},
+        {.Acts = {"Document:Down", "Value:Down"},
+         .Tree = "za(*p(v,w)),zb(q(x))",
+         .Enabled = "New Value",
+         .Box = "p"},
+        {.Acts = {"tab:2"}, .Tree = "*FILE1(~)", .Enabled = "New Value", .Box = "FILE1"},
+    });
+}
+
+TEST_F(EditTest, IsGivenUpByAChangeOfTheTree) {
+    ExpectEachInAnEdit({
+        {.Acts = {"New", "New:Enter", "Value:Alt+N"},
+         .Tree = "za(p(v,w)),*za(~(${FILE1})),zb(q(x))",
+         .Enabled = "New Remove Move Value",
+         .Box = "za",
+         .Changed = true},
+        {.Acts = {"Remove", "Document:Alt+R"},
+         .Tree = "*zb(q(x))",
+         .Enabled = "New Value",
+         .Box = "zb",
+         .Changed = true},
+        {.Acts = {"Move_down"},
+         .Tree = "zb(q(x)),*za(p(v,w))",
+         .Enabled = "New Remove Move Value",
+         .Box = "za",
+         .Changed = true},
+        {.Acts = {"file:New"}, .Tree = "*~(~(${FILE1}))", .Enabled = "New Move Value", .Box = ""},
+    });
+}
+
+TEST_F(EditTest, IsNoPartOfWhatIsSavedAndRun) {
+    Open("za(p(v,w)),zb(q(x))", "X", "type:+ file:Save file:Run");
+    EXPECT_TRUE(Holds(u"document.tvq"_s, "za(p(v,w)),zb(q(x))", "X"));
     EXPECT_EQ(Log(), Frame(u"za p v w"_s, NotFound) + u"\r\n"_s + Frame(u"zb q x"_s, NotFound));
-    Open(std::string(40000, 'v').c_str());
-    EXPECT_EQ(Box()->text().size(), 40000);
-    Open("za", "X", "type:+ file:S");
-    EXPECT_TRUE(Holds(u"document.tvq"_s, "za", "X"));
-    Open("a,b");
-    Expect("Value:Enter Value:Esc Document:Return Document:Esc Ok Cancel", "*a,b NRMV-- a");
+}
+
+TEST_F(EditTest, BeginsWithAChangeOfTheText) {
+    const Case unchanged = {
+        .Acts = {"Value:Enter Value:Esc Document:Return Document:Esc Ok Cancel"},
+        .Tree = "*a,b",
+        .Enabled = "New Remove Move Value",
+        .Box = "a"};
+    ExpectEach([this] { Open("a,b"); }, {unchanged});
+    const std::string longest(40000, 'v');
+    Open(longest.c_str());
+    EXPECT_EQ(Box()->text().toStdString(), longest);
 }
 
 TEST_F(WindowTest, ArrowKeysInTheBoxWalkTheTree) {
     Open("a(p(v)),b", "X", "branch:1 Value:Home Value:Up");
     EXPECT_EQ(Box()->cursorPosition(), 0);
-    std::string walked;
+    QStringList walked;
     for (int step = 0; step < 4; ++step) {
         Act("Value:Down");
-        walked += Box()->text().toStdString();
+        walked += Box()->text();
     }
-    EXPECT_EQ(walked, "pvbb");
+    EXPECT_EQ(walked, (QStringList{u"p"_s, u"v"_s, u"b"_s, u"b"_s}));
     EXPECT_EQ(Shown(), "a(p(v)),*b");
     EXPECT_EQ(Stored(1), "a[p(v)],b");
     Act("Value:Shift+Up Value:Ctrl+Up Value:Alt+Up");
     EXPECT_EQ(Shown(), "a(p(v)),*b");
-    Expect("Value:Num+Up Value:Shift+Left", "a(p(*v)),b N--V-- v");
+    Expect({.Acts = {"Value:Num+Up Value:Shift+Left"},
+            .Tree = "a(p(*v)),b",
+            .Enabled = "New Value",
+            .Box = "v"});
     EXPECT_EQ(Window().txtValue.SelText(), u"v");
 }
 
@@ -139,109 +218,164 @@ TEST_F(WindowTest, AHeldButtonMovesOnAndOn) {
     QTest::mouseRelease(down, Qt::LeftButton);
 }
 
-TEST_F(WindowTest, DropsAreTypedAtTheSelection) {
-    QMimeData text, files, both, repeated, picture;
-    for (QMimeData* data : {&files, &both, &repeated}) {
-        data->setUrls({QUrl(u"file:///f/a%20b.c"_s), QUrl(u"file:///f/d.c"_s)});
+/// Things that are dragged over the value box and let go there.
+class DropTest : public WindowTest {
+protected:
+    DropTest() {
+        const QList<QUrl> urls = {QUrl(u"file:///f/a%20b.c"_s), QUrl(u"file:///f/d.c"_s)};
+        Text.setText(u"T U\nV"_s);
+        Files.setUrls(urls);
+        FilesAndText.setUrls(urls);
+        FilesAndText.setText(u"T"_s);
+        FilesAlsoAsText.setUrls(urls);
+        FilesAlsoAsText.setText(u"file:///f/a%20b.c\nfile:///f/d.c\n"_s);
+        Picture.setData(u"image/png"_s, "T");
     }
-    text.setText(u"T U\nV"_s);
-    both.setText(u"T"_s);
-    repeated.setText(u"file:///f/a%20b.c\nfile:///f/d.c\n"_s);
-    picture.setData(u"image/png"_s, "T");
-    const Qt::DropActions any = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
-    const struct {
-        const QMimeData& Data;
-        Qt::DropActions Offered;
-        int Start, Length;
-        std::string Value;
-    } cases[] = {{text, Qt::CopyAction, 3, 0, "abcT U"},
-                 {files, any, 3, 0, "abc/f/a b.c"},
-                 {both, any, 0, 0, "Tabc"},
-                 {repeated, any, 1, 0, "a/f/a b.cbc"},
-                 {text, any, 1, 1, "aT Uc"},
-                 {files, any, 0, 3, "/f/a b.c"},
-                 {text, Qt::MoveAction, 3, 0, "abc"},
-                 {files, Qt::LinkAction, 3, 0, "abc"},
-                 {picture, any, 3, 0, "abc"}};
-    const auto drag = [this](const QMimeData& data, Qt::DropActions offered) {
+
+    /// Drags @p data over the box and drops it; False where the box doesn't want it.
+    bool Drop(const QMimeData& data, Qt::DropActions offered) {
         QDragEnterEvent enter(QPoint(9, 9), offered, &data, Qt::LeftButton, {});
-        QDragMoveEvent move(QPoint(99, 9), offered, &data, Qt::LeftButton, {});
-        QDropEvent drop(QPoint(99, 9), offered, &data, Qt::LeftButton, {});
         QApplication::sendEvent(Box(), &enter);
         if (!enter.isAccepted()) {
             return false;
         }
+        QDragMoveEvent move(QPoint(99, 9), offered, &data, Qt::LeftButton, {});
+        QDropEvent drop(QPoint(99, 9), offered, &data, Qt::LeftButton, {});
         QApplication::sendEvent(Box(), &move);
         QApplication::sendEvent(Box(), &drop);
-        EXPECT_TRUE(move.isAccepted() && drop.dropAction() == Qt::CopyAction);
+        EXPECT_TRUE(move.isAccepted());
+        EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
         return true;
-    };
-    for (const auto& [data, offered, start, length, value] : cases) {
-        Open("abc,d");
-        Box()->setSelection(start, length);
-        EXPECT_EQ(drag(data, offered), value != "abc") << value;
-        Expect("", "*abc,d " + std::string(value != "abc" ? "NRMVOC " : "NRMV-- ") + value);
-        Expect("Value:Esc", "*abc,d NRMV-- abc");
     }
+
+    const Qt::DropActions Any = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+    QMimeData Text, Files, FilesAndText, FilesAlsoAsText, Picture;
+};
+
+TEST_F(DropTest, IsTypedAtTheSelection) {
+    const struct {
+        const QMimeData& Data;
+        Qt::DropActions Offered;
+        int Start = 0;
+        int Length = 0;
+        std::string Box;
+    } cases[] = {
+        {.Data = Text, .Offered = Qt::CopyAction, .Start = 3, .Box = "abcT U"},
+        {.Data = Files, .Offered = Any, .Start = 3, .Box = "abc/f/a b.c"},
+        {.Data = FilesAndText, .Offered = Any, .Start = 0, .Box = "Tabc"},
+        {.Data = FilesAlsoAsText, .Offered = Any, .Start = 1, .Box = "a/f/a b.cbc"},
+        {.Data = Text, .Offered = Any, .Start = 1, .Length = 1, .Box = "aT Uc"},
+        {.Data = Files, .Offered = Any, .Start = 0, .Length = 3, .Box = "/f/a b.c"},
+    };
+    for (const auto& each : cases) {
+        Open("abc,d");
+        Box()->setSelection(each.Start, each.Length);
+        EXPECT_TRUE(Drop(each.Data, each.Offered)) << each.Box;
+        Expect({.Tree = "*abc,d", .Enabled = "New Remove Move Value Ok Cancel", .Box = each.Box});
+        Expect({.Acts = {"Value:Esc"},
+                .Tree = "*abc,d",
+                .Enabled = "New Remove Move Value",
+                .Box = "abc"});
+    }
+}
+
+TEST_F(DropTest, IsRefusedWhereItCantBeCopiedAsText) {
+    Open("abc,d");
+    EXPECT_FALSE(Drop(Text, Qt::MoveAction));
+    EXPECT_FALSE(Drop(Files, Qt::LinkAction));
+    EXPECT_FALSE(Drop(Picture, Any));
+    Expect({.Tree = "*abc,d", .Enabled = "New Remove Move Value", .Box = "abc"});
     Open("", "");
-    EXPECT_FALSE(drag(text, any));
+    EXPECT_FALSE(Drop(Text, Any));
 }
 
 TEST_F(WindowTest, AsksBeforeADocumentIsGivenUp) {
-    const std::string kept = "~(~(${FILE1})),*~(~(${FILE1})) NRMV-- ";
-    const std::string fresh = "*~(~(${FILE1})) N-MV-- ";
+    const Case changed = {.Tree = "~(~(${FILE1})),*~(~(${FILE1}))",
+                          .Enabled = "New Remove Move Value",
+                          .Changed = true};
+    Case saved = changed;
+    saved.Changed = false;
+    const Case fresh = {.Tree = "*~(~(${FILE1}))", .Enabled = "New Move Value"};
+    const Case opened = {.Tree = "*a", .Enabled = "New Move Value", .Box = "a"};
     const struct {
-        const char* Script;
-        std::string Asked, Look;
-        bool Saved;
+        const char* Acts;
+        QStringList Asked;
+        const Case& Then;
+        bool Written = false;
     } cases[] = {
-        {"stay file:N", AskBeforeNew, kept + " changed", false},
-        {"no file:N", AskBeforeNew, fresh, false},
-        {"yes pick:one.tvq file:N", AskBeforeNew + SaveDialog, fresh, true},
-        {"yes file:N", AskBeforeNew + SaveDialog, fresh, false},
-        {"stay file:P", AskToSave, kept + " changed", false},
-        {"no file:P", AskToSave + OpenDialog, kept + " changed", false},
-        {"yes file:P", AskToSave + SaveDialog, kept + " changed", false},
-        {"yes pick:one.tvq file:P", AskToSave + SaveDialog + OpenDialog, kept, true},
-        {"no pick:document.tvq file:P", AskToSave + OpenDialog, "*a N-MV-- a", false},
-        {"stay file:X", AskToSave, kept + " changed", false},
-        {"yes file:X", AskToSave + SaveDialog, kept + " changed", false},
+        {.Acts = "stay file:New", .Asked = {AskBeforeNew}, .Then = changed},
+        {.Acts = "no file:New", .Asked = {AskBeforeNew}, .Then = fresh},
+        {.Acts = "yes pick:one.tvq file:New",
+         .Asked = {AskBeforeNew, SaveDialog},
+         .Then = fresh,
+         .Written = true},
+        {.Acts = "yes pick: file:New", .Asked = {AskBeforeNew, SaveDialog}, .Then = fresh},
+        {.Acts = "stay file:Open", .Asked = {AskToSave}, .Then = changed},
+        {.Acts = "no pick: file:Open", .Asked = {AskToSave, OpenDialog}, .Then = changed},
+        {.Acts = "yes pick: file:Open", .Asked = {AskToSave, SaveDialog}, .Then = changed},
+        {.Acts = "yes pick:one.tvq pick: file:Open",
+         .Asked = {AskToSave, SaveDialog, OpenDialog},
+         .Then = saved,
+         .Written = true},
+        {.Acts = "no pick:document.tvq file:Open",
+         .Asked = {AskToSave, OpenDialog},
+         .Then = opened},
+        {.Acts = "stay file:Exit", .Asked = {AskToSave}, .Then = changed},
+        {.Acts = "yes pick: file:Exit", .Asked = {AskToSave, SaveDialog}, .Then = changed},
     };
-    const QString one = Path(u"one.tvq"_s);
-    for (const auto& [script, asked, look, saved] : cases) {
-        SCOPED_TRACE(script);
-        QFile::remove(one);
-        Open("a", "X", "file:N New");
-        Act(script);
-        EXPECT_EQ(Joined(TheUser.Asked + TheUser.Dialogs), asked);
-        EXPECT_EQ(Look(), look);
-        EXPECT_EQ(QFile::exists(one), saved);
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.Acts);
+        QFile::remove(Path(u"one.tvq"_s));
+        Open("a", "X", "file:New New");
+        Act(each.Acts);
+        EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, each.Asked);
+        Expect(each.Then);
+        EXPECT_EQ(QFile::exists(Path(u"one.tvq"_s)), each.Written);
     }
-    Open("a", "X", "file:N New stay yes pick:one.tvq");
+}
+
+TEST_F(WindowTest, ClosingTheWindowAsksTheSame) {
+    const std::weak_ptr<Application> program = GlobalApplication();
+    Open("a", "X", "file:New New stay");
     EXPECT_FALSE(Window().Window()->close());
     EXPECT_TRUE(Window().Visible());
-    const std::weak_ptr<Application> program = GlobalApplication();
+    Act("yes pick:one.tvq");
     EXPECT_TRUE(Window().Window()->close());
-    EXPECT_EQ(Joined(TheUser.Asked + TheUser.Dialogs), AskToSave + AskToSave + SaveDialog);
+    EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, (QStringList{AskToSave, AskToSave, SaveDialog}));
     EXPECT_TRUE(Holds(u"one.tvq"_s, "~(~(${FILE1})),~(~(${FILE1}))", "FILE1(~)"));
     EXPECT_TRUE(program.expired());
     ExpectNoWindowIsLeft();
 }
 
+/// The bytes of a document of the first version, which is a bag of compilers.
+QByteArray FirstVersion(const char* compilers) {
+    return CollectionImage(Sketches(compilers), 2);
+}
+
+/// The bytes of a document of the second version. Variables in it are none of its own.
+QByteArray SecondVersion(const char* compilers, const char* variables) {
+    PropertyBag content, file;
+    content.WriteProperty("Compilers", CollectionImage(Sketches(compilers), 2));
+    content.WriteProperty("Variables", CollectionImage(Sketches(variables), 1));
+    file.WriteProperty("_FileFormatIdentification", u"TAVQEF#0002"_s);
+    file.WriteProperty("_Content", content.Contents());
+    return file.Contents();
+}
+
 TEST_F(WindowTest, OldVersionsHaveTheirCompilersOnly) {
-    PropertyBag content, second;
-    content.WriteProperty("Compilers", CollectionImage(Sketches("c(o(u))"), 2));
-    content.WriteProperty("Variables", CollectionImage(Sketches("Q(1)"), 1));
-    second.WriteProperty("_FileFormatIdentification", u"TAVQEF#0002"_s);
-    second.WriteProperty("_Content", content.Contents());
-    for (const QByteArray& bytes : {CollectionImage(Sketches("c(o(u))"), 2), second.Contents()}) {
-        const QString old = StoreBytes(Path(u"old.tvq"_s), bytes);
-        Open("a(p(v)),b", "X(1),Y(2)", "tab:2 click:4 type:+ pick:old.tvq file:P");
-        EXPECT_EQ(Look(), "*c(o(u)) N-MV-- c");
+    for (const QByteArray& bytes : {FirstVersion("c(o(u))"), SecondVersion("c(o(u))", "Q(1)")}) {
+        StoreBytes(Path(u"old.tvq"_s), bytes);
+        Open("a(p(v)),b", "X(1),Y(2)", "tab:2 click:4 type:+");
+        Expect({.Acts = {"pick:old.tvq file:Open"},
+                .Tree = "*c(o(u))",
+                .Enabled = "New Move Value",
+                .Box = "c"});
         EXPECT_EQ(Tabs()->count(), 1);
         EXPECT_EQ(Stored(2), "FILE1(~)");
-        Act("file:S pick:old.tvq file:P tab:2");
-        EXPECT_EQ(Look(), "*FILE1(~) N--V-- FILE1");
+        Expect({.Acts = {"file:Save pick:old.tvq file:Open tab:2"},
+                .Tree = "*FILE1(~)",
+                .Enabled = "New Value",
+                .Box = "FILE1"});
         EXPECT_TRUE(Holds(u"old.tvq"_s, "c(o(u))", "FILE1(~)"));
     }
 }
@@ -252,11 +386,22 @@ TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
         outline += ",a(p(v))";
     }
     Open(outline.c_str(), "X", "click:30");
-    // The same row is at the top again, unless the selected node is out of view then.
-    for (const auto& [former, next] : {std::pair(25, 25), std::pair(18, 18), std::pair(51, 30)}) {
-        Tree()->verticalScrollBar()->setValue(former - 1);
+    const struct {
+        const char* Why;
+        int TopBefore;
+        int TopAfter;
+    } cases[] = {
+        {.Why = "the selected row is near the top of the view", .TopBefore = 25, .TopAfter = 25},
+        {.Why = "the selected row is near its end", .TopBefore = 18, .TopAfter = 18},
+        {.Why = "the selected row is above the view and comes to its top",
+         .TopBefore = 51,
+         .TopAfter = 30},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.Why);
+        Tree()->verticalScrollBar()->setValue(each.TopBefore - 1);
         Act("type:+ Value:Enter");
-        EXPECT_EQ(Tree()->indexAt(QPoint(60, 2)), Row(next)) << former;
+        EXPECT_EQ(Tree()->indexAt(QPoint(60, 2)), Row(each.TopAfter));
         EXPECT_EQ(Tree()->currentIndex(), Row(30));
     }
     Tree()->verticalScrollBar()->setValue(0);
@@ -268,11 +413,12 @@ TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
 }
 
 TEST_F(WindowTest, AnEmptyTreeLeavesNothingToEdit) {
-    Open("", "X(1)", "Move_up Move_down Document:Down Document:Space Value:Down New Remove file:R");
-    EXPECT_EQ(Joined(TheUser.Asked),
-              "No compilers to run!\r\nPlease select some...|16|" + Title + ";");
-    Expect("", " --M--- ");
-    Expect("tab:2 type:+ tab:1", " ------ ");
+    Open("", "X(1)");
+    Act("Move_up Move_down Document:Down Document:Space Value:Down New Remove file:Run");
+    EXPECT_EQ(TheUser.Asked,
+              QStringList{u"No compilers to run!\r\nPlease select some...|16|"_s + Title});
+    Expect({.Enabled = "Move"});
+    Expect({.Acts = {"tab:2 type:+ tab:1"}, .Enabled = ""});
 }
 
 TEST_F(WindowTest, EverythingAnswersDuringARun) {
@@ -283,35 +429,39 @@ TEST_F(WindowTest, EverythingAnswersDuringARun) {
         EXPECT_EQ(Shown(), "sleep(!1),*sleep(~(${FILE1})),zz(1)");
         OutputWindow()->close();
         EXPECT_FALSE(OutputWindow()->isVisible());
-        Act("stay file:X no file:N");
-        EXPECT_EQ(Joined(TheUser.Asked), AskToSave + AskBeforeNew);
+        Act("stay file:Exit no file:New");
+        EXPECT_EQ(TheUser.Asked, (QStringList{AskToSave, AskBeforeNew}));
         EXPECT_TRUE(Runner().Running());
     });
-    Act("file:R");
+    Act("file:Run");
     EXPECT_EQ(Shown(), "*~(~(${FILE1}))");
     EXPECT_TRUE(OutputWindow()->isVisible());
     EXPECT_EQ(Log(), Frame(u"sleep 1"_s, u"success"_s) + u"\r\n"_s + Frame(u"zz 1"_s, NotFound));
 }
 
-/// Quitting in the middle of a run.
-class QuitDuringARun : public WindowTest, public testing::WithParamInterface<const char*> {};
+/// A way to quit in the middle of a run.
+struct Quitting {
+    const char* Name;
+    /// A script; the window is closed where there is none.
+    const char* Acts = "";
+    QStringList Asked = {};
+};
 
-TEST_P(QuitDuringARun, EndsWithTheRun) {
-    const QString mark = Path(u"mark"_s);
-    Open(("sleep(1),touch(" + mark.toStdString() + ")").c_str());
-    const std::weak_ptr<Application> program = GlobalApplication();
-    frmMain& form = Window();
-    const bool closes = !*GetParam();
-    Later([&, box = Box(), tree = Tree()] {
+class QuitDuringARun : public WindowTest, public testing::WithParamInterface<Quitting> {
+protected:
+    void QuitNow() {
+        frmMain& form = Window();
+        const bool closes = !*GetParam().Acts;
         if (closes) {
             EXPECT_TRUE(form.Window()->close());
         } else {
-            Act(GetParam());
+            Act(GetParam().Acts);
         }
-        EXPECT_EQ(GlobalApplication(), nullptr);
-        ASSERT_FALSE(program.expired());
         EXPECT_EQ(form.Visible(), !closes);
-        // Nothing answers any more.
+    }
+
+    /// Works everything in the window of a program that has quit.
+    static void WorkInVain(frmMain& form, QTreeView* tree, QLineEdit* box) {
         QTest::mouseClick(form.cmdNew.Widget(), Qt::LeftButton);
         QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, QPoint(60, 25));
         QTest::keyClicks(box, u"x"_s);
@@ -319,16 +469,35 @@ TEST_P(QuitDuringARun, EndsWithTheRun) {
         for (QAction* entry : form.Window()->menuBar()->actions()[0]->menu()->actions()) {
             entry->trigger();
         }
+    }
+};
+
+TEST_P(QuitDuringARun, EndsWithTheRun) {
+    const QString mark = Path(u"mark"_s);
+    Open(("sleep(1),touch(" + mark.toStdString() + ")").c_str());
+    const std::weak_ptr<Application> program = GlobalApplication();
+    Later([&, tree = Tree(), box = Box()] {
+        frmMain& form = Window();
+        QuitNow();
+        EXPECT_EQ(GlobalApplication(), nullptr);
+        ASSERT_FALSE(program.expired());
+        WorkInVain(form, tree, box);
         EXPECT_TRUE(program.lock()->Execution()->Running());
         OutputWindow()->close();
     });
-    Act("file:R");
+    Act("file:Run");
     EXPECT_TRUE(program.expired());
     EXPECT_TRUE(QFile::exists(mark));
-    EXPECT_EQ(Joined(TheUser.Asked + TheUser.Dialogs), strlen(GetParam()) > 6 ? AskToSave : "");
+    EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, GetParam().Asked);
     ExpectNoWindowIsLeft();
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, QuitDuringARun, testing::Values("", "file:X", "New no file:X"));
+INSTANTIATE_TEST_SUITE_P(Ways, QuitDuringARun,
+                         testing::Values(Quitting{.Name = "ClosingTheWindow"},
+                                         Quitting{.Name = "Exit", .Acts = "file:Exit"},
+                                         Quitting{.Name = "ExitWithChanges",
+                                                  .Acts = "New no file:Exit",
+                                                  .Asked = {AskToSave}}),
+                         [](const auto& way) { return way.param.Name; });
 
 } // namespace
