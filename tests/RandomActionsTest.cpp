@@ -1,5 +1,7 @@
 #include "WindowDriver.h"
 
+#include <QTimer>
+
 #include <iostream>
 #include <map>
 #include <random>
@@ -201,150 +203,253 @@ private:
 
 class RandomActions : public WindowTest {
 protected:
+    /// A new program, a model of it, and the file of the document that ActInsideARun runs.
+    void StartOver(unsigned seed);
+    /// Does @p count actions, and compares program and model after each.
+    void ActAtRandom(unsigned count);
+    /// Runs a document whose child lives for a while, and does @p count actions inside of the run.
+    void ActInsideARun(unsigned count);
+    std::string LatestScripts() {
+        return Scripts.last(std::min<qsizetype>(Scripts.size(), 12)).join(u"; "_s).toStdString();
+    }
+
+    /// How many actions began while a child lived.
+    unsigned ActionsBesideAChild = 0;
+
+private:
     size_t Below(size_t end) { return Random() % end; }
+    bool OneOfTwo() { return Below(2) == 0; }
     QString AnyOf(const QStringList& texts) {
         return texts[qsizetype(Below(size_t(texts.size())))];
     }
 
-    /// A script of one action, which the model has carried out.
+    // Each of these makes the model do an action, and gives the script of it for the program. The
+    // script is empty where the action can't be done.
     QString Invent();
-    QString InventFileCommand();
-    QString InventAnswer(bool& goesOn, bool always);
-    void ExpectAgreement();
+    QString GiveFileCommand();
+    QString ChooseNew();
+    QString ChooseOpen();
+    QString ChooseSave();
+    QString ChooseSaveAs();
+    QString PressNew();
+    QString PressRemove();
+    QString PressMove();
+    QString ClickTab();
+    QString TypeText();
+    QString StoreText();
+    QString CancelText();
+    QString WalkByArrow();
+    QString ClickLabel();
+    QString ClickMark();
+    QString ClickBranch();
+    QString AnswerWhetherToSave(bool& goesOn, bool evenUnsaved);
+    QString InventFileToSaveTo(QString& file);
+
+    void ExpectTheModelAgrees();
 
     std::mt19937 Random;
     Model Plain;
+    QStringList Scripts;
     /// How many rows the tree on view had before the latest action.
     size_t FormerRows = 0;
 };
 
+QString RandomActions::Invent() {
+    if (!Plain.Exists) {
+        return ChooseNew();
+    }
+    const std::pair<size_t, QString (RandomActions::*)()> actions[] = {
+        {12, &RandomActions::GiveFileCommand}, {7, &RandomActions::PressNew},
+        {6, &RandomActions::PressRemove},      {8, &RandomActions::PressMove},
+        {5, &RandomActions::ClickTab},         {11, &RandomActions::TypeText},
+        {8, &RandomActions::StoreText},        {3, &RandomActions::CancelText},
+        {11, &RandomActions::WalkByArrow},     {10, &RandomActions::ClickLabel},
+        {9, &RandomActions::ClickMark},        {10, &RandomActions::ClickBranch}};
+    size_t dice = Below(100);
+    for (const auto& [weight, invent] : actions) {
+        if (dice < weight) {
+            return (this->*invent)();
+        }
+        dice -= weight;
+    }
+    ADD_FAILURE() << "the weights don't add up to 100";
+    return {};
+}
+
+QString RandomActions::GiveFileCommand() {
+    switch (Below(5)) {
+    case 0:
+        return ChooseNew();
+    case 1:
+        return ChooseOpen();
+    case 2:
+        return ChooseSave();
+    case 3:
+        return ChooseSaveAs();
+    default:
+        return u"file:Run"_s;
+    }
+}
+
 /// How the user answers where the document has changed, and whether the command goes on then;
-/// it does @p always where saving fails.
-QString RandomActions::InventAnswer(bool& goesOn, bool always) {
+/// where saving fails it does if @p evenUnsaved.
+QString RandomActions::AnswerWhetherToSave(bool& goesOn, bool evenUnsaved) {
+    goesOn = true;
     if (!Plain.Changed) {
         return {};
     }
     const QString answer = AnyOf({u"yes "_s, u"no "_s, u"stay "_s});
-    goesOn = answer != u"stay ";
     if (answer != u"yes ") {
+        goesOn = answer == u"no ";
         return answer;
     }
-    const bool asks = Plain.File.isEmpty();
-    const QString file = AnyOf({QString(), u"a.tvq"_s, u"nowhere/a.tvq"_s});
-    goesOn = Plain.Save(file) || always;
-    return answer + (asks ? u"pick:%1 "_s.arg(file) : QString());
+    QString file;
+    const QString choice = Plain.File.isEmpty() ? InventFileToSaveTo(file) : QString();
+    goesOn = Plain.Save(file) || evenUnsaved;
+    return answer + choice;
 }
 
-QString RandomActions::InventFileCommand() {
-    bool goesOn = true;
-    const QString file = AnyOf({QString(), u"a.tvq"_s, u"b.tvq"_s, u"nowhere/a.tvq"_s});
-    const QString entry = Plain.Exists ? AnyOf({u"N"_s, u"P"_s, u"S"_s, u"A"_s, u"R"_s}) : u"N"_s;
-    QString script;
-    if (entry == u"N") {
-        script = InventAnswer(goesOn, true);
-        if (goesOn) {
-            Plain.Fresh();
-        }
-    } else if (entry == u"P") {
-        script = InventAnswer(goesOn, false);
-        if (goesOn) {
-            script += u"pick:%1 "_s.arg(file);
-        }
-        if (goesOn && Plain.Disk.contains(file)) {
+/// What the user chooses where the program asks for a file to save to.
+QString RandomActions::InventFileToSaveTo(QString& file) {
+    file = AnyOf({QString(), u"a.tvq"_s, u"b.tvq"_s, u"nowhere/a.tvq"_s});
+    return u"pick:%1 "_s.arg(file);
+}
+
+QString RandomActions::ChooseNew() {
+    bool goesOn = false;
+    const QString answer = AnswerWhetherToSave(goesOn, true);
+    if (goesOn) {
+        Plain.Fresh();
+    }
+    return answer + u"file:New"_s;
+}
+
+QString RandomActions::ChooseOpen() {
+    bool goesOn = false;
+    QString script = AnswerWhetherToSave(goesOn, false);
+    if (goesOn) {
+        const QString file = AnyOf({QString(), u"a.tvq"_s, u"b.tvq"_s, u"nowhere/a.tvq"_s});
+        script += u"pick:%1 "_s.arg(file);
+        if (Plain.Disk.contains(file)) {
             Plain.Load(Plain.Disk[file], file);
         }
-    } else if (entry == u"R") {
-    } else {
-        const QString former = Plain.File;
-        if (entry == u"A") {
-            Plain.File.clear();
-        }
-        script = Plain.File.isEmpty() ? u"pick:%1 "_s.arg(file) : QString();
-        if (!Plain.Save(file)) {
-            Plain.File = former;
-        }
-        if (entry == u"A") {
-            Plain.SetCaption();
-        }
     }
-    return script + u"file:"_s + entry;
+    return script + u"file:Open"_s;
 }
 
-QString RandomActions::Invent() {
-    const size_t dice = Below(100);
-    if (!Plain.Exists || dice < 12) {
-        return InventFileCommand();
+QString RandomActions::ChooseSave() {
+    QString file;
+    const QString choice = Plain.File.isEmpty() ? InventFileToSaveTo(file) : QString();
+    Plain.Save(file);
+    return choice + u"file:Save"_s;
+}
+
+QString RandomActions::ChooseSaveAs() {
+    QString file;
+    const QString choice = InventFileToSaveTo(file);
+    const QString former = std::exchange(Plain.File, {});
+    if (!Plain.Save(file)) {
+        Plain.File = former;
     }
-    const bool down = Below(2) == 0;
-    const size_t count = Plain.Tree().size();
-    if (dice < 19 && count < 60) {
-        Plain.New();
-        return AnyOf({u"New"_s, u"New:Enter"_s});
+    Plain.SetCaption();
+    return choice + u"file:Save_as"_s;
+}
+
+QString RandomActions::PressNew() {
+    if (Plain.Tree().size() >= 60) {
+        return {};
     }
-    if (dice < 25) {
-        if (Plain.Siblings(Plain.Selected()).size() > 1) {
-            Plain.Remove();
-        }
-        return u"Remove"_s;
+    Plain.New();
+    return AnyOf({u"New"_s, u"New:Enter"_s});
+}
+
+QString RandomActions::PressRemove() {
+    if (Plain.Siblings(Plain.Selected()).size() > 1) {
+        Plain.Remove();
     }
-    if (dice < 33) {
-        if (Plain.Movable) {
-            Plain.Move(down);
-        }
-        return AnyOf(down ? QStringList{u"Move_down"_s, u"Move:Down"_s}
-                          : QStringList{u"Move_up"_s, u"Move:Up"_s});
+    return u"Remove"_s;
+}
+
+QString RandomActions::PressMove() {
+    const bool down = OneOfTwo();
+    if (Plain.Movable) {
+        Plain.Move(down);
     }
-    if (dice < 38) {
-        if (const size_t tab = down; tab != std::exchange(Plain.Tab, tab)) {
-            Plain.Rebuild();
-        }
-        return u"tab:%1"_s.arg(Plain.Tab + 1);
+    return down ? AnyOf({u"Move_down"_s, u"Move:Down"_s}) : AnyOf({u"Move_up"_s, u"Move:Up"_s});
+}
+
+QString RandomActions::ClickTab() {
+    const size_t tab = Below(2);
+    if (tab != std::exchange(Plain.Tab, tab)) {
+        Plain.Rebuild();
     }
-    if (dice < 49) {
-        const QString text = AnyOf({u"zz"_s, u"FILE1"_s, u"X"_s, u"${FILE1}"_s, u"z${x}y"_s,
-                                    u"${NO}"_s, u"${X"_s, u"z z"_s});
-        Plain.Editing = true;
-        Plain.Box = down ? text : Plain.Box + text;
-        return (down ? u"Value:Ctrl+A Value:Del type:"_s : u"Value:End type:"_s) +
-               QString(text).replace(u' ', u'_');
+    return u"tab:%1"_s.arg(tab + 1);
+}
+
+QString RandomActions::TypeText() {
+    const bool anew = OneOfTwo();
+    const QString text = AnyOf(
+        {u"zz"_s, u"FILE1"_s, u"X"_s, u"${FILE1}"_s, u"z${x}y"_s, u"${NO}"_s, u"${X"_s, u"z z"_s});
+    Plain.Editing = true;
+    Plain.Box = anew ? text : Plain.Box + text;
+    return (anew ? u"Value:Ctrl+A Value:Del type:"_s : u"Value:End type:"_s) +
+           QString(text).replace(u' ', u'_');
+}
+
+QString RandomActions::StoreText() {
+    if (Plain.Editing) {
+        Plain.Store();
     }
-    if (dice < 57) {
-        if (Plain.Editing) {
-            Plain.Store();
-        }
-        return AnyOf({u"Ok"_s, u"Value:Enter"_s, u"Document:Return"_s});
+    return AnyOf({u"Ok"_s, u"Value:Enter"_s, u"Document:Return"_s});
+}
+
+QString RandomActions::CancelText() {
+    if (Plain.Editing) {
+        Plain.Select(Plain.Selected());
     }
-    if (dice < 60) {
-        if (Plain.Editing) {
-            Plain.Select(Plain.Selected());
-        }
-        return AnyOf({u"Cancel"_s, u"Value:Esc"_s, u"Document:Esc"_s});
+    return AnyOf({u"Cancel"_s, u"Value:Esc"_s, u"Document:Esc"_s});
+}
+
+QString RandomActions::WalkByArrow() {
+    const bool down = OneOfTwo();
+    if (down && Plain.Selected() + 1 < Plain.Tree().size()) {
+        Plain.Select(Plain.Selected() + 1);
+    } else if (!down && Plain.Selected() > 0) {
+        Plain.Select(Plain.Selected() - 1);
     }
-    if (dice < 71) {
-        if (down ? Plain.Selected() + 1 < count : Plain.Selected() > 0) {
-            Plain.Select(Plain.Selected() + (down ? 1 : -1UL));
-        }
-        return down ? u"Value:Down"_s : u"Value:Up"_s;
-    }
-    const size_t each = Below(count);
-    const bool isBranch = Model::End(Plain.Tree(), each) > each + 1;
+    return down ? u"Value:Down"_s : u"Value:Up"_s;
+}
+
+QString RandomActions::ClickLabel() {
+    const size_t each = Below(Plain.Tree().size());
     if (!Plain.InSight(each)) {
         return {};
     }
-    if (dice < 81) {
-        Plain.Select(each);
-    } else if (dice < 90 || !isBranch) {
-        Plain.Check(each);
-    } else {
-        Plain.Tree()[each].Open = Plain.Tree()[each].Shown = !Plain.Tree()[each].Shown;
-    }
-    return (dice < 81                ? u"click:"_s
-            : dice < 90 || !isBranch ? u"mark:"_s
-                                     : u"branch:"_s) +
-           QString::number(each + 1);
+    Plain.Select(each);
+    return u"click:%1"_s.arg(each + 1);
 }
 
-void RandomActions::ExpectAgreement() {
+QString RandomActions::ClickMark() {
+    const size_t each = Below(Plain.Tree().size());
+    if (!Plain.InSight(each)) {
+        return {};
+    }
+    Plain.Check(each);
+    return u"mark:%1"_s.arg(each + 1);
+}
+
+QString RandomActions::ClickBranch() {
+    const size_t each = Below(Plain.Tree().size());
+    const bool isBranch = Model::End(Plain.Tree(), each) > each + 1;
+    if (!isBranch || !Plain.InSight(each)) {
+        return {};
+    }
+    Line& line = Plain.Tree()[each];
+    line.Open = line.Shown = !line.Shown;
+    return u"branch:%1"_s.arg(each + 1);
+}
+
+void RandomActions::ExpectTheModelAgrees() {
     ExpectTheWindowAgrees();
     const std::string shown = Shown();
     const int selected = static_cast<int>(Plain.Selected()) + 1;
@@ -374,6 +479,58 @@ void RandomActions::ExpectAgreement() {
     EXPECT_EQ(Changed(), Plain.Changed);
 }
 
+void RandomActions::StartOver(unsigned seed) {
+    TakeDown();
+    SetGlobalApplication(std::make_shared<Application>());
+    Random.seed(seed);
+    Plain = {};
+    Scripts.clear();
+    for (const QString& file : {u"a.tvq"_s, u"b.tvq"_s}) {
+        QFile::remove(Path(file));
+    }
+    StoreBytes(Path(u"run.tvq"_s),
+               DocumentImage(Sketches("sleep(0.3),zz(1)"), Sketches("FILE1(~)")));
+    Plain.Disk[u"run.tvq"_s] = {Lines{{0, u"sleep"_s}, {1, u"0.3"_s}, {0, u"zz"_s}, {1, u"1"_s}},
+                                Lines{{0, u"FILE1"_s}, {1, {}}}};
+}
+
+void RandomActions::ActAtRandom(unsigned count) {
+    for (unsigned action = 0; action < count && !HasFailure(); ++action) {
+        ActionsBesideAChild += Runner().Running();
+        FormerRows = Plain.Tree().size();
+        Scripts += Invent();
+        Act(Scripts.last());
+        ExpectTheModelAgrees();
+    }
+}
+
+void RandomActions::ActInsideARun(unsigned count) {
+    FormerRows = Plain.Tree().size();
+    Scripts += (Plain.Changed ? u"no "_s : QString()) + u"pick:run.tvq file:Open"_s;
+    Plain.Load(Plain.Disk[u"run.tvq"_s], u"run.tvq"_s);
+    Act(Scripts.last());
+    ExpectTheModelAgrees();
+
+    const qsizetype before = Scripts.size();
+    QTimer clock;
+    QObject::connect(&clock, &QTimer::timeout, &clock, [&] {
+        if (Runner().Running()) {
+            clock.stop();
+            ActAtRandom(count);
+        }
+    });
+    clock.start(0);
+    Act("file:Run");
+    EXPECT_EQ(Scripts.size(), before + count);
+    ExpectTheModelAgrees();
+    // Whatever was done meanwhile, the run is that of the document at its start; but another run
+    // inside of it empties the log.
+    if (!Scripts.mid(before).contains(u"file:Run")) {
+        EXPECT_EQ(Log(), Frame(u"sleep 0.3"_s, u"success"_s) + u"\r\n"_s +
+                             Frame(u"zz 1"_s, u"error: CreateProcess failed (2)"_s));
+    }
+}
+
 TEST_F(RandomActions, AgreeWithAPlainModel) {
     const auto setting = [](const char* name, unsigned fallback) {
         return qEnvironmentVariable(name, QString::number(fallback)).toUInt();
@@ -383,23 +540,13 @@ TEST_F(RandomActions, AgreeWithAPlainModel) {
     const unsigned seed = setting("RIVENFALL_RANDOM_SEED", std::random_device()());
     std::cout << "RIVENFALL_RANDOM_SEED=" << seed << std::endl;
     for (unsigned sequence = 0; sequence < sequences && !HasFailure(); ++sequence) {
-        TakeDown();
-        SetGlobalApplication(std::make_shared<Application>());
-        Random.seed(seed + sequence);
-        Plain = {};
-        for (const QString& file : {u"a.tvq"_s, u"b.tvq"_s}) {
-            QFile::remove(Path(file));
-        }
-        std::string latest;
-        for (unsigned action = 0; action < actions && !HasFailure(); ++action) {
-            FormerRows = Plain.Tree().size();
-            const QString script = Invent();
-            latest = latest.substr(latest.size() / 2) + script.toStdString() + "; ";
-            Act(script);
-            ExpectAgreement();
-        }
-        EXPECT_FALSE(HasFailure()) << "seed " << seed + sequence << ", at last " << latest;
+        StartOver(seed + sequence);
+        ActAtRandom(actions / 2);
+        ActInsideARun(20);
+        ActAtRandom(actions - actions / 2);
+        EXPECT_FALSE(HasFailure()) << "seed " << seed + sequence << ", at last " << LatestScripts();
     }
+    EXPECT_GE(ActionsBesideAChild, sequences);
 }
 
 } // namespace
