@@ -8,8 +8,7 @@ using namespace rivenfall;
 
 namespace {
 
-/// A tree of compilers whose events are kept as "+" (Add), ">" (Move) or "-" (Remove) with the key
-/// and the value of the node.
+/// A tree of compilers whose events are kept, each with the key and the value of the node.
 class DataTest : public testing::Test, private DataNodesEvents {
 protected:
     DataTest() {
@@ -17,10 +16,10 @@ protected:
         Root.SetEvents(this);
     }
 
-    void Add(DataNode& DN) override { Keep("+", DN); }
-    void Move(DataNode& DN) override { Keep(">", DN); }
+    void Add(DataNode& DN) override { Keep("Add", DN); }
+    void Move(DataNode& DN) override { Keep("Move", DN); }
     void Remove(DataNode& DN) override {
-        Keep("-", DN);
+        Keep("Remove", DN);
         // It still stands in its list, which isn't renumbered yet, and has nothing below it.
         EXPECT_EQ(DN.Parent()->Item(DN.Index()).get(), &DN);
         EXPECT_EQ(DN.Parent()->Item(DN.Parent()->Count())->Index(), DN.Parent()->Count());
@@ -28,9 +27,9 @@ protected:
     }
 
     void Keep(const char* event, const DataNode& node) {
-        Events += QLatin1StringView(event) + node.Key() + node.Value();
+        Events += QLatin1StringView(event) + u' ' + node.Key() + u' ' + node.Value();
     }
-    std::string TakeEvents() { return std::exchange(Events, {}).join(u' ').toStdString(); }
+    QStringList TakeEvents() { return std::exchange(Events, {}); }
 
     static void Grow(DataNodes& nodes, const std::vector<Sketch>& sketches) {
         for (const Sketch& sketch : sketches) {
@@ -41,39 +40,70 @@ protected:
         }
     }
 
-    /// The values in their order, with a "-" behind those of inactive nodes.
-    static std::string OrderOf(const DataNodes& nodes) {
-        std::string order;
+    /// The nodes of one collection, with commas between them and "!" before the inactive ones.
+    static std::string Outline(const DataNodes& nodes) {
+        QStringList outline;
         for (const auto& node : nodes) {
             EXPECT_EQ(nodes.Item(node->Index()), node);
-            order += node->Value().toStdString() + (node->Active() ? "" : "-");
+            outline += (node->Active() ? u""_s : u"!"_s) + node->Value();
         }
-        return order;
+        return outline.join(u',').toStdString();
     }
 
     QStringList Events;
     DataNodes Root;
 };
 
+TEST_F(DataTest, AddsANodeWithTheKeyOfItsPlace) {
+    Grow(Root, Sketches("a,b(p(v,w),q)"));
+    EXPECT_EQ(TakeEvents(), (QStringList{u"Add c1p0v0 a"_s, u"Add c2p0v0 b"_s, u"Add c2p1v0 p"_s,
+                                         u"Add c2p1v1 v"_s, u"Add c2p1v2 w"_s, u"Add c2p2v0 q"_s}));
+}
+
 TEST_F(DataTest, DeletesASubtreeFromTheBottomUp) {
     Grow(Root, Sketches("a,b(p(v,w),q(v,w)),c(p,q(v))"));
     TakeEvents();
     const auto deleted = Root.Item(2), below = deleted->Childs()->Item(1);
     Root.Remove(2);
-    EXPECT_EQ(TakeEvents(), "-c2p2v2w -c2p2v1v -c2p2v0q -c2p1v2w -c2p1v1v -c2p1v0p -c2p0v0b");
+    EXPECT_EQ(TakeEvents(),
+              (QStringList{u"Remove c2p2v2 w"_s, u"Remove c2p2v1 v"_s, u"Remove c2p2v0 q"_s,
+                           u"Remove c2p1v2 w"_s, u"Remove c2p1v1 v"_s, u"Remove c2p1v0 p"_s,
+                           u"Remove c2p0v0 b"_s}));
     for (const auto& gone : {deleted, below}) {
-        EXPECT_TRUE(gone->Index() == 0 && gone->Value().isEmpty());
-        EXPECT_TRUE(!gone->Parent() && !gone->Childs());
+        EXPECT_EQ(gone->Index(), 0);
+        EXPECT_EQ(gone->Value(), QString());
+        EXPECT_EQ(gone->Parent(), nullptr);
+        EXPECT_EQ(gone->Childs(), nullptr);
     }
-    EXPECT_EQ(Root.Item(2)->Childs()->Item(2)->Childs()->Item(1)->Key().toStdString(), "c2p2v1");
+    // What stood behind it has moved up.
+    EXPECT_EQ(Root.Item(2)->Childs()->Item(2)->Childs()->Item(1)->Key(), u"c2p2v1");
     EXPECT_THROW(Root.Item(3), std::out_of_range);
     EXPECT_THROW(Root.Remove(0), std::out_of_range);
+}
+
+TEST_F(DataTest, ClearsFromTheEndAndOnlyOnce) {
+    Grow(Root, Sketches("a,c(p,q(v))"));
+    TakeEvents();
     Root.Clear();
     Root.Clear();
-    EXPECT_EQ(TakeEvents(), "-c2p2v1v -c2p2v0q -c2p1v0p -c2p0v0c -c1p0v0a");
+    EXPECT_EQ(TakeEvents(),
+              (QStringList{u"Remove c2p2v1 v"_s, u"Remove c2p2v0 q"_s, u"Remove c2p1v0 p"_s,
+                           u"Remove c2p0v0 c"_s, u"Remove c1p0v0 a"_s}));
 }
 
 TEST_F(DataTest, MovesANodeToAPosition) {
+    Grow(Root, Sketches("a,b,c"));
+    TakeEvents();
+    Root.Item(1)->Move(3);
+    EXPECT_EQ(Outline(Root), "b,c,a");
+    Root.Item(3)->Move(1);
+    Root.Item(2)->Move(2);
+    EXPECT_EQ(Outline(Root), "a,b,c");
+    EXPECT_EQ(TakeEvents(),
+              (QStringList{u"Move c3p0v0 a"_s, u"Move c1p0v0 a"_s, u"Move c2p0v0 b"_s}));
+}
+
+TEST_F(DataTest, MovesNoNodeOutOfItsList) {
     QStringList asked;
     const MessageBoxHandler former =
         SetMessageBoxHandler([&](const QString& text, MessageBoxStyle style, const QString& title) {
@@ -82,19 +112,14 @@ TEST_F(DataTest, MovesANodeToAPosition) {
         });
     Grow(Root, Sketches("a,b,c"));
     TakeEvents();
-    Root.Item(1)->Move(3);
-    EXPECT_EQ(OrderOf(Root), "bca");
-    Root.Item(3)->Move(1);
-    Root.Item(2)->Move(2);
-    EXPECT_EQ(OrderOf(Root), "abc");
-    EXPECT_EQ(TakeEvents(), ">c3p0v0a >c1p0v0a >c2p0v0b");
     Root.Item(2)->Move(0);
     Root.Item(2)->Move(4);
-    EXPECT_EQ(OrderOf(Root) + TakeEvents(), "abc");
     SetMessageBoxHandler(former);
-    EXPECT_EQ(asked.size(), 2);
-    EXPECT_EQ(asked.front().toStdString(), "DestinationIndex out of range|48|"
-                                           "OMRA Rivenfall Compiler Controller 1.5.0");
+    EXPECT_EQ(Outline(Root), "a,b,c");
+    EXPECT_EQ(TakeEvents(), QStringList());
+    const QString message =
+        u"DestinationIndex out of range|48|OMRA Rivenfall Compiler Controller 1.5.0"_s;
+    EXPECT_EQ(asked, (QStringList{message, message}));
 }
 
 TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {
@@ -106,19 +131,19 @@ TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {
     Grow(Root, Sketches("x"));
     TakeEvents();
     Root.TakeNodesOf(content.Compilers);
-    EXPECT_EQ(TakeEvents(), "-c1p0v0x");
+    EXPECT_EQ(TakeEvents(), QStringList{u"Remove c1p0v0 x"_s});
     EXPECT_EQ(Root.Item(1)->Parent(), &Root);
     DataNodes& values = *Root.Item(1)->Childs()->Item(1)->Childs();
-    EXPECT_EQ(OrderOf(values), "ab-c");
+    EXPECT_EQ(Outline(values), "a,!b,c");
     values.Item(1)->SetActive(false);
     values.Item(1)->Move(3);
-    EXPECT_EQ(OrderOf(values), "b-ca-");
+    EXPECT_EQ(Outline(values), "!b,c,!a");
     values.Item(3)->SetActive(true);
-    EXPECT_EQ(OrderOf(values), "b-c-a");
+    EXPECT_EQ(Outline(values), "!b,!c,a");
     values.Item(1)->SetActive(true);
-    EXPECT_EQ(OrderOf(values), "bc-a-");
+    EXPECT_EQ(Outline(values), "b,!c,!a");
     content.Variables.Item(1)->Childs()->Add(u"c"_s);
-    EXPECT_EQ(OrderOf(*content.Variables.Item(1)->Childs()), "a-b-c");
+    EXPECT_EQ(Outline(*content.Variables.Item(1)->Childs()), "!a,!b,c");
 }
 
 } // namespace
