@@ -33,17 +33,51 @@ TEST(ExpansionTest, ReplacesReferences) {
     const auto variables = Variables(
         "A(x),B(${A}y),!C(c1),D(!d1,d2,d3),E(!e1),F(a${G}b),G(c${F}d),H(h${H}h),!M(m1),M(m2),"
         "N(!n1),N(n2),P($),Жук(beetle),Open(${A),x](bracket)");
-    // A text and its expansion, "~" for nothing.
-    const QString cases = uR"(~ ~ plain plain ${A} x a${A}b${A}c axbxc ${a} x ${B} xy ${C} ~ ${D} d2
-        ${E} ~ ${NOPE} ~ x${NOPE}y xy ${F} acdb ${G} cabd ${H} hh ${F}${F} acdbacdb ${M} m2 ${N} ~
-        ${A ${A ${A}-${B x-${B ${A${B} ~ ${A${B}} } }${A}{ }x{ $A $A $${A} $x ${} ~
-        ${P}{A} ${A} ${жУК} beetle ${Open}} ${A} ${X]}${X}} bracket})"_s;
-    const QStringList words = cases.simplified().replace(u'~', QString()).split(u' ');
-    for (int word = 0; word < words.size(); word += 2) {
-        EXPECT_EQ(VariableExpander(*variables).Expand(words[word]), words[word + 1])
-            << words[word].toStdString();
+    const struct {
+        const char* Text;
+        const char* Expanded;
+    } cases[] = {
+        // What is no reference.
+        {"", ""},
+        {"plain", "plain"},
+        {"$A", "$A"},
+        {"${A", "${A"},
+        {"${A}-${B", "x-${B"},
+        {"}${A}{", "}x{"},
+        {"$${A}", "$x"},
+        // Names, in letters of either case; a reference ends at the first bracket.
+        {"${A}", "x"},
+        {"${a}", "x"},
+        {"${жУК}", "beetle"},
+        {"${ A }", ""},
+        {"${}", ""},
+        {"${NOPE}", ""},
+        {"x${NOPE}y", "xy"},
+        {"${A${B}", ""},
+        {"${A${B}}", "}"},
+        {"${X]}${X}}", "bracket}"},
+        {"a${A}b${A}c", "axbxc"},
+        // References in values, which stop where they come back to themselves.
+        {"${B}", "xy"},
+        {"${F}", "acdb"},
+        {"${G}", "cabd"},
+        {"${H}", "hh"},
+        {"${F}${F}", "acdbacdb"},
+        // What an expansion makes up isn't expanded again.
+        {"${P}{A}", "${A}"},
+        {"${Open}}", "${A}"},
+        // Variables and values that are switched off.
+        {"${C}", ""},
+        {"${D}", "d2"},
+        {"${E}", ""},
+        {"${M}", "m2"},
+        {"${N}", ""},
+    };
+    for (const auto& [text, expanded] : cases) {
+        EXPECT_EQ(VariableExpander(*variables).Expand(QString::fromUtf8(text)).toStdString(),
+                  expanded)
+            << text;
     }
-    EXPECT_EQ(VariableExpander(*variables).Expand(u"${ A }"_s), QString());
     variables->Item(1)->SetValue({});
     EXPECT_EQ(VariableExpander(*variables).Expand(u"${}"_s).toStdString(), "x");
     variables->Clear();
