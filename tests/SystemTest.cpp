@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <limits>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -151,14 +152,28 @@ TEST(PropertyBagTest, WritesTheseBytes) {
     bag.WriteProperty("Empty", QString());
     EXPECT_EQ(bag.Contents().toHex(),
               "a56556616c756562c3a9634f6666f4624f6ef561424200ff65456d70747960");
-    const QString cases = u"0 00 23 17 24 1818 255 18ff 256 190100 65535 19ffff 65536 1a00010000 "
-                          "2147483647 1a7fffffff -1 20 -24 37 -25 3818 -2147483648 3a7fffffff"_s;
-    const QStringList words = cases.split(u' ');
-    for (int word = 0; word < words.size(); word += 2) {
-        const int number = words[word].toInt();
+}
+
+TEST(PropertyBagTest, WritesNumbersAsShortAsTheyGo) {
+    const struct {
+        int Number;
+        const char* Bytes;
+    } cases[] = {{0, "00"},
+                 {23, "17"},
+                 {24, "1818"},
+                 {255, "18ff"},
+                 {256, "190100"},
+                 {65535, "19ffff"},
+                 {65536, "1a00010000"},
+                 {std::numeric_limits<int>::max(), "1a7fffffff"},
+                 {-1, "20"},
+                 {-24, "37"},
+                 {-25, "3818"},
+                 {std::numeric_limits<int>::min(), "3a7fffffff"}};
+    for (const auto& [number, bytes] : cases) {
         PropertyBag one, read;
         one.WriteProperty("n", number);
-        EXPECT_EQ(one.Contents().toHex(), QByteArray("a1616e") + words[word + 1].toLatin1());
+        EXPECT_EQ(one.Contents().toHex(), QByteArray("a1616e") + bytes);
         read.SetContents(one.Contents() + "bytes behind the image");
         EXPECT_EQ(read.ReadProperty("n"), QVariant(number));
         EXPECT_EQ(read.Contents(), one.Contents());
@@ -186,18 +201,45 @@ TEST(PropertyBagTest, FindsNamesInAnyOrder) {
 }
 
 TEST(PropertyBagTest, RefusesWhatIsNoImage) {
-    const QByteArray images(
-        "|00|60|80|bf|a1|a161|a16161|a1616118|bb7fffffffffffffff|a10000|ff|a1616f|"
-        "a17bffffffffffffffff|a161615bffffffffffffffff|a161615affffffff00|"
-        "a161617b7fffffffffffffff61|a1616162c328|a161611a80000000|a161611c|"
-        "a161613a80000000|a161611b0000000100000000|a16161f6|a16161f0|a14161f4|"
-        "a16161f93c00|a16161a0|a1616180|a16161c100|a161615f4161ff");
-    for (const QByteArray& bytes : images.split('|')) {
+    const struct {
+        const char* Image;
+        const char* What;
+    } cases[] = {
+        {"", "nothing"},
+        {"00", "a number"},
+        {"60", "a text"},
+        {"80", "a list"},
+        {"ff", "an end"},
+        {"bf", "a map of no definite length"},
+        {"bb7fffffffffffffff", "a map of more entries than there can be"},
+        {"a1", "no entry"},
+        {"a161", "a name that is cut off"},
+        {"a16161", "no value"},
+        {"a1616118", "a number that is cut off"},
+        {"a10000", "a name that is a number"},
+        {"a14161f4", "a name that is bytes"},
+        {"a17bffffffffffffffff", "a name longer than can be"},
+        {"a161617b7fffffffffffffff61", "a text longer than the image"},
+        {"a161615bffffffffffffffff", "bytes longer than can be"},
+        {"a161615affffffff00", "bytes longer than the image"},
+        {"a161615f4161ff", "bytes in pieces"},
+        {"a1616162c328", "a text that is no UTF-8"},
+        {"a161611a80000000", "a number above the highest"},
+        {"a161613a80000000", "a number below the lowest"},
+        {"a161611b0000000100000000", "a number of 64 bits"},
+        {"a161611c", "a number of no known length"},
+        {"a16161f6", "the value null"},
+        {"a16161f0", "a simple value"},
+        {"a16161f93c00", "a floating-point number"},
+        {"a16161a0", "a map as a value"},
+        {"a1616180", "a list as a value"},
+        {"a16161c100", "a tag"},
+    };
+    for (const auto& [image, what] : cases) {
         PropertyBag bag;
         bag.WriteProperty("Old", 1);
-        EXPECT_THROW(bag.SetContents(QByteArray::fromHex(bytes)), PropertyBagError)
-            << bytes.toStdString();
-        EXPECT_EQ(bag.Contents().toHex(), "a0");
+        EXPECT_THROW(bag.SetContents(QByteArray::fromHex(image)), PropertyBagError) << what;
+        EXPECT_EQ(bag.Contents().toHex(), "a0") << what;
     }
 }
 
