@@ -72,72 +72,106 @@ TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
     EXPECT_EQ(TakeAsked(), "");
 }
 
-TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
-    const QByteArray none = CollectionImage({}, 0);
+const QByteArray NoNodes = CollectionImage({}, 0);
+
+/// A document whose compilers are stored as @p compilers.
+QByteArray WithCompilers(const QVariant& compilers) {
+    return Bag({{"_FileFormatIdentification", u"TAVQEF#0003"_s},
+                {"_Content", Bag({{"Compilers", compilers}, {"Variables", NoNodes}})}});
+}
+
+/// A document whose one compiler is stored as @p node.
+QByteArray WithNode(const QByteArray& node) {
+    return WithCompilers(Bag({{"Count", 1}, {"Item1", node}}));
+}
+
+/// Documents that are refused, each in its own way.
+std::vector<QByteArray> BrokenDocuments() {
     const QVariant third = u"TAVQEF#0003"_s, empty = u""_s;
-    const auto withCompilers = [&](const QVariant& compilers) {
-        return Bag({{"_FileFormatIdentification", third},
-                    {"_Content", Bag({{"Compilers", compilers}, {"Variables", none}})}});
-    };
-    const auto withNode = [&](const QByteArray& node) {
-        return withCompilers(Bag({{"Count", 1}, {"Item1", node}}));
-    };
-    ASSERT_TRUE(OpenBytes(withNode(Bag({{"Value", empty}, {"Childs", none}}))));
-    const QByteArray broken[] = {
+    return {
         "",
         "plain text",
         QByteArray(1 << 20, '\0'),
         "\xA0",
+        // Bags of the first version, which holds a count.
         Bag({{"Count", -1}}),
         Bag({{"Count", 2147483647}}),
         Bag({{"Count", u"1"_s}}),
         QByteArray::fromHex("a165436f756e743b00000000ffffffff"),
+        // Identifications, and what belongs to them.
         Bag({{"Count", 0}, {"_FileFormatIdentification", 1}}),
         Bag({{"Count", 0}, {"_FileFormatIdentification", u"TAVQEF#0004"_s}}),
         Bag({{"Count", 0}, {"_FileFormatIdentification", u"TAVQEF#0002"_s}}),
         Bag({{"_Content", u"x"_s}, {"_FileFormatIdentification", third}}),
-        Bag({{"_Content", Bag({{"Compilers", none}})}, {"_FileFormatIdentification", third}}),
-        withCompilers(1),
-        withCompilers(QByteArray()),
-        withCompilers(Bag({})),
-        withCompilers(Bag({{"Count", 2147483647}})),
-        withCompilers(Bag({{"Count", true}})),
-        withCompilers(Bag({{"Count", 1}, {"Item2", none}})),
-        withNode("x"),
-        withNode(Bag({})),
-        withNode(Bag({{"Value", 1}, {"Childs", none}})),
-        withNode(Bag({{"Value", empty}})),
-        withNode(Bag({{"Value", empty}, {"Active", 0}, {"Childs", none}})),
-        withNode(Bag({{"Value", empty}, {"Childs", Bag({{"Count", -7}})}}))};
-    const QString path =
-        StoreBytes(Path(u"good.tvq"_s), DocumentImage(SomeCompilers, SomeVariables));
-    ASSERT_TRUE(Program().FileOpen(path));
-    Program().NodeMove(true);
-    const QByteArray content = Content();
-    const auto expectRefused = [&](const QString& name) {
+        Bag({{"_Content", Bag({{"Compilers", NoNodes}})}, {"_FileFormatIdentification", third}}),
+        // Collections.
+        WithCompilers(1),
+        WithCompilers(QByteArray()),
+        WithCompilers(Bag({})),
+        WithCompilers(Bag({{"Count", 2147483647}})),
+        WithCompilers(Bag({{"Count", true}})),
+        WithCompilers(Bag({{"Count", 1}, {"Item2", NoNodes}})),
+        // Nodes.
+        WithNode("x"),
+        WithNode(Bag({})),
+        WithNode(Bag({{"Value", 1}, {"Childs", NoNodes}})),
+        WithNode(Bag({{"Value", empty}})),
+        WithNode(Bag({{"Value", empty}, {"Active", 0}, {"Childs", NoNodes}})),
+        WithNode(Bag({{"Value", empty}, {"Childs", Bag({{"Count", -7}})}})),
+    };
+}
+
+/// A changed document, and files in whose favour it isn't given up.
+class RefusedDocumentTest : public DocumentTest {
+protected:
+    RefusedDocumentTest() { OpenGoodDocument(); }
+
+    void OpenGoodDocument() {
+        const QString path =
+            StoreBytes(Path(u"good.tvq"_s), DocumentImage(SomeCompilers, SomeVariables));
+        EXPECT_TRUE(Program().FileOpen(path));
+        Program().NodeMove(true);
+        Former = Content();
+    }
+
+    void ExpectRefused(const QString& name) {
+        TheUser.Asked.clear();
         TheUser.Answers = {MessageBoxAnswer::No};
         EXPECT_FALSE(Program().FileOpen(Path(name)));
-        EXPECT_EQ(TheUser.Asked.size(), 2) << name.toStdString();
+        ASSERT_EQ(TheUser.Asked.size(), 2) << name.toStdString();
+        EXPECT_TRUE(TheUser.Asked[0].startsWith(u"The file was changed."));
         EXPECT_TRUE(
-            TheUser.Asked.last().startsWith(u"The file "_s + Path(name) + u" can't be opened: "_s));
-        EXPECT_EQ(TakeAsked().substr(0, 4), "The ") << "the question about changes comes first";
-        EXPECT_EQ(Content(), content);
+            TheUser.Asked[1].startsWith(u"The file "_s + Path(name) + u" can't be opened: "_s));
+        EXPECT_EQ(Content(), Former);
         EXPECT_EQ(Names(), "good.tvq good.tvq");
-    };
-    for (const QByteArray& bytes : broken) {
+    }
+
+    QByteArray Former;
+};
+
+TEST_F(RefusedDocumentTest, ABrokenDocumentChangesNothing) {
+    // One of the same make that isn't broken.
+    TheUser.Answers = {MessageBoxAnswer::No};
+    ASSERT_TRUE(OpenBytes(WithNode(Bag({{"Value", u""_s}, {"Childs", NoNodes}}))));
+    OpenGoodDocument();
+    for (const QByteArray& bytes : BrokenDocuments()) {
         SCOPED_TRACE(bytes.left(99).toHex().toStdString());
         StoreBytes(Path(u"other.tvq"_s), bytes);
-        expectRefused(u"other.tvq"_s);
+        ExpectRefused(u"other.tvq"_s);
     }
+}
+
+TEST_F(RefusedDocumentTest, WhatIsNoDocumentFileChangesNothing) {
     QDir(Folder.path()).mkdir(u"folder"_s);
     ASSERT_EQ(mkfifo(Path(u"pipe"_s).toUtf8().constData(), 0600), 0);
     QFile(StoreBytes(Path(u"huge"_s), "\xA0")).resize(1LL << 32);
     for (const char* name : {"folder", "pipe", "huge", "none", "none/x", "good.tvq/x"}) {
-        expectRefused(QLatin1StringView(name));
+        ExpectRefused(QLatin1StringView(name));
     }
     if (geteuid() != 0) { // root reads everything
+        StoreBytes(Path(u"other.tvq"_s), "\xA0");
         QFile::setPermissions(Path(u"other.tvq"_s), QFile::WriteOwner);
-        expectRefused(u"other.tvq"_s);
+        ExpectRefused(u"other.tvq"_s);
     }
 }
 
