@@ -110,6 +110,27 @@ TEST_F(RunnerTest, TextArrivesWholeInAnyEnvironment) {
               "doc.tvq out text");
 }
 
+TEST_F(RunnerTest, APathLeadsWhereTheKernelTakesIt) {
+    QDir(Folder.path()).mkpath(u"far/off"_s);
+    ASSERT_TRUE(QFile::link(u"far/off"_s, Path("link")));
+    // The other one stands where the path would lead as a text.
+    Document({{"touch", {"wrong"}}});
+    Document({{"touch", {"right"}}}, "far/doc.tvq");
+    EXPECT_EQ(Run({u"link/../doc.tvq"_s}).Status, 0);
+    EXPECT_TRUE(QFile::exists(Path("right")) && !QFile::exists(Path("wrong")));
+
+    // The same for a name that isn't UTF-8, and one that begins with a byte order mark.
+    Document({{"touch", {"wrong"}}}, "\uFFFD.tvq");
+    Document({{"touch", {"marked"}}}, "./\uFEFF.tvq");
+    const QString call = u"exec \"$0\" \"$(printf '%1.tvq')\""_s;
+    const QString program = ProgramFolder() + u"/rivenfall-run"_s;
+    const Call refused = Start(u"sh"_s, {u"-c"_s, call.arg(u"\\377"_s), program});
+    EXPECT_EQ(refused.Status, 2);
+    EXPECT_NE(refused.Error.find("its path has bytes that are no UTF-8"), std::string::npos);
+    EXPECT_EQ(Start(u"sh"_s, {u"-c"_s, call.arg(u"\\357\\273\\277"_s), program}).Status, 0);
+    EXPECT_TRUE(QFile::exists(Path("marked")) && !QFile::exists(Path("wrong")));
+}
+
 TEST_F(RunnerTest, RunsWithoutStandardStreams) {
     Document({Shell(u"exec >out; ls /proc/$$/fd"_s)});
     const Call result = Start(u"sh"_s, {u"-c"_s, u"exec \"$0\" doc.tvq <&- >&- 2>&-"_s,

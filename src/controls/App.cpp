@@ -1,6 +1,7 @@
 #include "controls/App.h"
 
 #include "controls/MessageDialog.h"
+#include "system/FilePath.h"
 #include "system/OpenStreams.h"
 
 #include <QApplication>
@@ -13,6 +14,10 @@
 namespace rivenfall {
 
 namespace {
+
+/// The command line behind the program's name, without the options that are Qt's. Qt's own list
+/// can't tell paths apart that aren't UTF-8.
+QStringList CommandLineItems;
 
 /// What Qt reports while it connects to the screen. It ends the process by itself where there is
 /// none, and a core dump is no answer to a missing display.
@@ -36,6 +41,10 @@ App::App(int argc, char** argv) : plngArgumentCount(argc) {
     pobjApplication = std::make_unique<QApplication>(plngArgumentCount, argv);
     qInstallMessageHandler(nullptr);
     SetMessageBoxHandler(ShowMessageDialog);
+    CommandLineItems.clear();
+    for (int position = 1; position < plngArgumentCount; ++position) {
+        CommandLineItems += PathText(argv[position]);
+    }
 
     QApplication::setApplicationName(QStringLiteral("rivenfall"));
     QApplication::setOrganizationDomain(QStringLiteral("omra.org"));
@@ -61,7 +70,7 @@ QString App::Path() {
 }
 
 QStringList App::Arguments() {
-    return QCoreApplication::arguments().sliced(1);
+    return CommandLineItems;
 }
 
 } // namespace rivenfall

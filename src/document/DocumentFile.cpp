@@ -2,6 +2,8 @@
 
 #include "data/DataNode.h"
 #include "document/TreeBags.h"
+#include "system/FileError.h"
+#include "system/FilePath.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -26,9 +28,10 @@ constexpr qint64 LargestFile = 1LL << 30;
 constexpr char MapMask = '\xE0';
 constexpr char MapHead = '\xA0';
 
-/// The bytes of the file. Throws PropertyBagError, before it takes memory for a file that can't be
-/// a document.
+/// The bytes of the file. Throws PropertyBagError or FileError, before it takes memory for a file
+/// that can't be a document.
 QByteArray ReadBytes(const QString& fileName) {
+    PathBytes(fileName);
     QFile file(fileName);
     const QFileInfo place(fileName);
     // Opening a pipe or a device could wait for ever.
@@ -124,6 +127,8 @@ QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
         LoadContent(fileName, content);
         return {};
     } catch (const PropertyBagError& error) {
+        reason = error.Reason;
+    } catch (const FileError& error) {
         reason = error.Reason;
     } catch (const std::bad_alloc&) {
         reason = QString(OutOfMemory);

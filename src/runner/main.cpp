@@ -5,8 +5,6 @@
 #include "system/FilePath.h"
 #include "system/OpenStreams.h"
 
-#include <QFile>
-
 #include <cstdio>
 
 namespace rivenfall {
@@ -47,5 +45,5 @@ int main(int argc, char** argv) {
         std::fputs("Usage: rivenfall-run DOCUMENT\n", stderr);
         return static_cast<int>(rivenfall::Status::NotOpened);
     }
-    return static_cast<int>(rivenfall::CarryOutDocument(QFile::decodeName(argv[1])));
+    return static_cast<int>(rivenfall::CarryOutDocument(rivenfall::PathText(argv[1])));
 }
