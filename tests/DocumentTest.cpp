@@ -191,7 +191,8 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         EXPECT_EQ(TakeAsked(), "The file " + path.toStdString() +
                                    " can't be saved: File too large.|48|" + Title);
         QDir(Folder.path()).mkdir(u"folder"_s);
-        for (const char* place : {"folder", "gone/new.tvq", "old.tvq/new.tvq"}) {
+        mkfifo(Path(u"pipe"_s).toUtf8().constData(), 0600);
+        for (const char* place : {"folder", "pipe", "gone/new.tvq", "old.tvq/new.tvq"}) {
             TheUser.Files = {Path(QLatin1StringView(place))};
             EXPECT_FALSE(Program().FileSaveAs()) << place;
             EXPECT_TRUE(TheUser.Asked.last().startsWith(

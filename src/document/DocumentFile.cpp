@@ -4,10 +4,10 @@
 #include "document/TreeBags.h"
 #include "system/FileError.h"
 #include "system/FilePath.h"
+#include "system/FileSaving.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <new>
 
@@ -91,20 +91,6 @@ QByteArray ImageOf(const DataNodes& compilers, const DataNodes& variables) {
     return fileBag.Contents();
 }
 
-/// Writes all of @p bytes. On a full disk a write first succeeds with a part, and only the next one
-/// fails; a commit would take that part for the file.
-bool WriteWhole(QSaveFile& file, const QByteArray& bytes) {
-    qint64 written = 0;
-    while (written < bytes.size()) {
-        const qint64 count = file.write(bytes.constData() + written, bytes.size() - written);
-        if (count <= 0) {
-            return false;
-        }
-        written += count;
-    }
-    return true;
-}
-
 QString Sentence(const QString& verb, const QString& fileName, const QString& reason) {
     return QStringLiteral("The file %1 can't be %2: %3.").arg(fileName, verb, reason);
 }
@@ -138,14 +124,12 @@ QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
 
 QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
                           const DataNodes& variables) {
-    QSaveFile file(fileName);
     QString reason;
     try {
-        if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-            WriteWhole(file, ImageOf(compilers, variables)) && file.commit()) {
-            return {};
-        }
-        reason = file.errorString();
+        SaveFile(fileName, ImageOf(compilers, variables));
+        return {};
+    } catch (const FileError& error) {
+        reason = error.Reason;
     } catch (const std::bad_alloc&) {
         reason = QString(OutOfMemory);
     }

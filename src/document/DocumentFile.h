@@ -26,9 +26,9 @@ void MakeDefaultVariable(DataNodes& variables);
 /// failure as a sentence; empty for success.
 QString ReadDocumentFile(const QString& fileName, DocumentContent& content);
 
-/// Writes a document with these trees to the file @p fileName. The former file stays whole until
-/// the new one is complete on the disk. Gives the reason of a failure as a sentence; empty for
-/// success.
+/// Writes a document with these trees to the file @p fileName, as SaveFile does: the former file
+/// stays whole until the new one is complete on the disk. Gives the reason of a failure as a
+/// sentence; empty for success.
 QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
                           const DataNodes& variables);
 
