@@ -1,5 +1,6 @@
 #include "CoreHarness.h"
 
+#include "data/DataNode.h"
 #include "document/DocumentFile.h"
 
 using namespace rivenfall;
@@ -31,6 +32,18 @@ TEST_F(DocumentFileTest, DamageAtAnyByteIsNoticedOrHarmless) {
             EXPECT_LE(static_cast<size_t>(other.Compilers.Count()), SomeCompilers.size());
         }
     }
+}
+
+TEST_F(DocumentFileTest, AByteOrderMarkInFrontOfAValueStays) {
+    const QString marked = QChar::ByteOrderMark + u"value"_s;
+    DataNodes compilers, variables;
+    compilers.Add(marked);
+    compilers.Add(QChar::ByteOrderMark + QString(100000, u'v'));
+    EXPECT_EQ(WriteDocumentFile(Path(u"a.tvq"_s), compilers, variables), QString());
+    DocumentContent content;
+    EXPECT_EQ(ReadDocumentFile(Path(u"a.tvq"_s), content), QString());
+    EXPECT_EQ(content.Compilers.Item(1)->Value(), marked);
+    EXPECT_EQ(content.Compilers.Item(2)->Value(), compilers.Item(2)->Value());
 }
 
 TEST_F(DocumentFileTest, AProcessKilledWhileItSavesLeavesTheOldFileWhole) {
