@@ -56,4 +56,17 @@ TEST_F(DocumentFileTest, AProcessKilledWhileItSavesLeavesTheOldFileWhole) {
     EXPECT_EQ(BytesOf(path), DocumentImage(SomeCompilers));
 }
 
+TEST_F(DocumentFileTest, NothingIsSavedThatCouldNotBeOpenedAgain) {
+    const QString path = StoreBytes(Path(u"old.tvq"_s), DocumentImage(SomeCompilers));
+    DataNodes compilers, variables;
+    compilers.Add(QString(64 << 20, u'v'));
+    EXPECT_TRUE(WriteDocumentFile(path, compilers, variables).contains(u"can be opened again"_s));
+    EXPECT_EQ(BytesOf(path), DocumentImage(SomeCompilers));
+    compilers.Item(1)->SetValue(QString((64 << 20) - 1000, u'v'));
+    EXPECT_EQ(WriteDocumentFile(path, compilers, variables), QString());
+    DocumentContent content;
+    EXPECT_EQ(ReadDocumentFile(path, content), QString());
+    EXPECT_EQ(content.Compilers.Item(1)->Value(), compilers.Item(1)->Value());
+}
+
 } // namespace

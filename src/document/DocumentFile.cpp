@@ -21,8 +21,9 @@ constexpr QLatin1StringView SecondVersion("TAVQEF#0002");
 constexpr QLatin1StringView ThirdVersion("TAVQEF#0003");
 constexpr QLatin1StringView OutOfMemory("it takes more memory than there is");
 
-/// More bytes than twenty million nodes take: no document, and too much to take in to be sure.
-constexpr qint64 LargestFile = 1LL << 30;
+/// More than a million nodes take. Reading a file takes four times its size, and up to thirty times
+/// where somebody made it to be costly.
+constexpr qint64 LargestFile = 64LL << 20;
 
 /// The bits of an image's first byte that tell a map.
 constexpr char MapMask = '\xE0';
@@ -49,7 +50,7 @@ QByteArray ReadBytes(const QString& fileName) {
     if (file.peek(&first, 1) == 1 && (first & MapMask) != MapHead) {
         throw PropertyBagError{QStringLiteral("it is not a document of this program")};
     }
-    const QByteArray bytes = file.readAll();
+    QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         throw PropertyBagError{file.errorString()};
     }
@@ -126,7 +127,11 @@ QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
                           const DataNodes& variables) {
     QString reason;
     try {
-        SaveFile(fileName, ImageOf(compilers, variables));
+        const QByteArray image = ImageOf(compilers, variables);
+        if (image.size() > LargestFile) {
+            throw FileError{QStringLiteral("the document is larger than can be opened again")};
+        }
+        SaveFile(fileName, image);
         return {};
     } catch (const FileError& error) {
         reason = error.Reason;
