@@ -33,51 +33,46 @@ TEST(ExpansionTest, ReplacesReferences) {
     const auto variables = Variables(
         "A(x),B(${A}y),!C(c1),D(!d1,d2,d3),E(!e1),F(a${G}b),G(c${F}d),H(h${H}h),!M(m1),M(m2),"
         "N(!n1),N(n2),P($),Жук(beetle),Open(${A),x](bracket)");
-    const struct {
+    struct Case {
         const char* Text;
         const char* Expanded;
-    } cases[] = {
-        // What is no reference.
-        {"", ""},
-        {"plain", "plain"},
-        {"$A", "$A"},
-        {"${A", "${A"},
-        {"${A}-${B", "x-${B"},
-        {"}${A}{", "}x{"},
-        {"$${A}", "$x"},
-        // Names, in letters of either case; a reference ends at the first bracket.
-        {"${A}", "x"},
-        {"${a}", "x"},
-        {"${жУК}", "beetle"},
-        {"${ A }", ""},
-        {"${}", ""},
-        {"${NOPE}", ""},
-        {"x${NOPE}y", "xy"},
-        {"${A${B}", ""},
-        {"${A${B}}", "}"},
-        {"${X]}${X}}", "bracket}"},
-        {"a${A}b${A}c", "axbxc"},
-        // References in values, which stop where they come back to themselves.
-        {"${B}", "xy"},
-        {"${F}", "acdb"},
-        {"${G}", "cabd"},
-        {"${H}", "hh"},
-        {"${F}${F}", "acdbacdb"},
-        // What an expansion makes up isn't expanded again.
-        {"${P}{A}", "${A}"},
-        {"${Open}}", "${A}"},
-        // Variables and values that are switched off.
-        {"${C}", ""},
-        {"${D}", "d2"},
-        {"${E}", ""},
-        {"${M}", "m2"},
-        {"${N}", ""},
     };
-    for (const auto& [text, expanded] : cases) {
-        EXPECT_EQ(VariableExpander(*variables).Expand(QString::fromUtf8(text)).toStdString(),
-                  expanded)
-            << text;
-    }
+    const auto expect = [&](const std::vector<Case>& cases) {
+        for (const auto& [text, expanded] : cases) {
+            const QString result = VariableExpander(*variables).Expand(QString::fromUtf8(text));
+            EXPECT_EQ(result.toStdString(), expanded) << text;
+        }
+    };
+    // What is no reference stays.
+    expect({{"", ""},
+            {"plain", "plain"},
+            {"$A", "$A"},
+            {"${A", "${A"},
+            {"${A}-${B", "x-${B"},
+            {"}${A}{", "}x{"},
+            {"$${A}", "$x"}});
+    // A name has letters of either case, and ends at the first bracket.
+    expect({{"${A}", "x"},
+            {"${a}", "x"},
+            {"${жУК}", "beetle"},
+            {"${ A }", ""},
+            {"${}", ""},
+            {"${NOPE}", ""},
+            {"x${NOPE}y", "xy"},
+            {"${A${B}", ""},
+            {"${A${B}}", "}"},
+            {"${X]}${X}}", "bracket}"},
+            {"a${A}b${A}c", "axbxc"}});
+    // References in values stop where they come back to themselves, and make up no new ones.
+    expect({{"${B}", "xy"},
+            {"${F}", "acdb"},
+            {"${G}", "cabd"},
+            {"${H}", "hh"},
+            {"${F}${F}", "acdbacdb"},
+            {"${P}{A}", "${A}"},
+            {"${Open}}", "${A}"}});
+    // Variables and values that are switched off don't count.
+    expect({{"${C}", ""}, {"${D}", "d2"}, {"${E}", ""}, {"${M}", "m2"}, {"${N}", ""}});
     variables->Item(1)->SetValue({});
     EXPECT_EQ(VariableExpander(*variables).Expand(u"${}"_s).toStdString(), "x");
     variables->Clear();

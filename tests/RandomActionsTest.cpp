@@ -54,23 +54,15 @@ public:
         return siblings;
     }
 
-    /// The positions of the lines that can hide a line.
-    std::vector<size_t> Hiding(size_t each) const {
-        std::vector<size_t> lines;
-        for (int above = Above(Document[Tab], each); above >= 0;
-             above = Above(Document[Tab], size_t(above))) {
-            lines.push_back(size_t(above));
-        }
-        return lines;
-    }
+    /// True if no closed branch hides a line.
     bool InSight(size_t each) {
-        const std::vector<size_t> hiding = Hiding(each);
-        return std::all_of(hiding.begin(), hiding.end(), [&](size_t a) { return Tree()[a].Shown; });
+        const int above = Above(Tree(), each);
+        return above < 0 || (Tree()[size_t(above)].Shown && InSight(size_t(above)));
     }
     /// Opens on the screen what hides a line.
     void Reveal(size_t each) {
-        for (const size_t above : Hiding(each)) {
-            Tree()[above].Shown = true;
+        for (int above = Above(Tree(), each); above >= 0; above = Above(Tree(), size_t(above))) {
+            Tree()[size_t(above)].Shown = true;
         }
     }
     void Select(size_t each) {
@@ -209,16 +201,13 @@ protected:
     void ActAtRandom(unsigned count);
     /// Runs a document whose child lives for a while, and does @p count actions inside of the run.
     void ActInsideARun(unsigned count);
-    std::string LatestScripts() {
-        return Scripts.last(std::min<qsizetype>(Scripts.size(), 12)).join(u"; "_s).toStdString();
-    }
 
+    QStringList Scripts;
     /// How many actions began while a child lived.
     unsigned ActionsBesideAChild = 0;
 
 private:
     size_t Below(size_t end) { return Random() % end; }
-    bool OneOfTwo() { return Below(2) == 0; }
     QString AnyOf(const QStringList& texts) {
         return texts[qsizetype(Below(size_t(texts.size())))];
     }
@@ -226,11 +215,9 @@ private:
     // Each of these makes the model do an action, and gives the script of it for the program. The
     // script is empty where the action can't be done.
     QString Invent();
-    QString GiveFileCommand();
-    QString ChooseNew();
-    QString ChooseOpen();
-    QString ChooseSave();
-    QString ChooseSaveAs();
+    QString ChooseFromTheMenu();
+    QString AnswerWhetherToSave(bool& goesOn, bool evenUnsaved);
+    QString InventFileToSaveTo(QString& file);
     QString PressNew();
     QString PressRemove();
     QString PressMove();
@@ -239,73 +226,79 @@ private:
     QString StoreText();
     QString CancelText();
     QString WalkByArrow();
-    QString ClickLabel();
-    QString ClickMark();
-    QString ClickBranch();
-    QString AnswerWhetherToSave(bool& goesOn, bool evenUnsaved);
-    QString InventFileToSaveTo(QString& file);
+    QString ClickRow();
 
     void ExpectTheModelAgrees();
 
     std::mt19937 Random;
     Model Plain;
-    QStringList Scripts;
     /// How many rows the tree on view had before the latest action.
     size_t FormerRows = 0;
 };
 
 QString RandomActions::Invent() {
-    if (!Plain.Exists) {
-        return ChooseNew();
-    }
+    // The functions for 50 throws of the dice.
     const std::pair<size_t, QString (RandomActions::*)()> actions[] = {
-        {12, &RandomActions::GiveFileCommand}, {7, &RandomActions::PressNew},
-        {6, &RandomActions::PressRemove},      {8, &RandomActions::PressMove},
-        {5, &RandomActions::ClickTab},         {11, &RandomActions::TypeText},
-        {8, &RandomActions::StoreText},        {3, &RandomActions::CancelText},
-        {11, &RandomActions::WalkByArrow},     {10, &RandomActions::ClickLabel},
-        {9, &RandomActions::ClickMark},        {10, &RandomActions::ClickBranch}};
-    size_t dice = Below(100);
-    for (const auto& [weight, invent] : actions) {
-        if (dice < weight) {
-            return (this->*invent)();
-        }
-        dice -= weight;
+        {6, &RandomActions::ChooseFromTheMenu}, {4, &RandomActions::PressNew},
+        {3, &RandomActions::PressRemove},       {4, &RandomActions::PressMove},
+        {3, &RandomActions::ClickTab},          {5, &RandomActions::TypeText},
+        {4, &RandomActions::StoreText},         {1, &RandomActions::CancelText},
+        {6, &RandomActions::WalkByArrow},       {14, &RandomActions::ClickRow}};
+    size_t dice = Below(50);
+    const auto* action = actions;
+    for (; dice >= action->first; ++action) {
+        dice -= action->first;
     }
-    ADD_FAILURE() << "the weights don't add up to 100";
-    return {};
+    return Plain.Exists ? (this->*action->second)() : ChooseFromTheMenu();
 }
 
-QString RandomActions::GiveFileCommand() {
-    switch (Below(5)) {
-    case 0:
-        return ChooseNew();
-    case 1:
-        return ChooseOpen();
-    case 2:
-        return ChooseSave();
-    case 3:
-        return ChooseSaveAs();
-    default:
-        return u"file:Run"_s;
+QString RandomActions::ChooseFromTheMenu() {
+    const QString entry =
+        Plain.Exists ? AnyOf({u"New"_s, u"Open"_s, u"Save"_s, u"Save_as"_s, u"Run"_s}) : u"New"_s;
+    bool goesOn = true;
+    QString script;
+    QString file;
+    if (entry == u"New") {
+        script = AnswerWhetherToSave(goesOn, true);
+        if (goesOn) {
+            Plain.Fresh();
+        }
+    } else if (entry == u"Open") {
+        script = AnswerWhetherToSave(goesOn, false);
+        file = goesOn ? AnyOf({u""_s, u"a.tvq"_s, u"b.tvq"_s, u"nowhere/a.tvq"_s}) : QString();
+        script += goesOn ? u"pick:%1 "_s.arg(file) : QString();
+        if (Plain.Disk.contains(file)) {
+            Plain.Load(Plain.Disk[file], file);
+        }
+    } else if (entry == u"Save") {
+        script = Plain.File.isEmpty() ? InventFileToSaveTo(file) : QString();
+        Plain.Save(file);
+    } else if (entry == u"Save_as") {
+        script = InventFileToSaveTo(file);
+        const QString former = std::exchange(Plain.File, {});
+        if (!Plain.Save(file)) {
+            Plain.File = former;
+        }
+        Plain.SetCaption();
     }
+    return script + u"file:"_s + entry;
 }
 
 /// How the user answers where the document has changed, and whether the command goes on then;
 /// where saving fails it does if @p evenUnsaved.
 QString RandomActions::AnswerWhetherToSave(bool& goesOn, bool evenUnsaved) {
-    goesOn = true;
     if (!Plain.Changed) {
         return {};
     }
     const QString answer = AnyOf({u"yes "_s, u"no "_s, u"stay "_s});
-    if (answer != u"yes ") {
-        goesOn = answer == u"no ";
-        return answer;
-    }
     QString file;
-    const QString choice = Plain.File.isEmpty() ? InventFileToSaveTo(file) : QString();
-    goesOn = Plain.Save(file) || evenUnsaved;
+    QString choice;
+    if (answer == u"yes ") {
+        choice = Plain.File.isEmpty() ? InventFileToSaveTo(file) : QString();
+        goesOn = Plain.Save(file) || evenUnsaved;
+    } else {
+        goesOn = answer == u"no ";
+    }
     return answer + choice;
 }
 
@@ -313,46 +306,6 @@ QString RandomActions::AnswerWhetherToSave(bool& goesOn, bool evenUnsaved) {
 QString RandomActions::InventFileToSaveTo(QString& file) {
     file = AnyOf({QString(), u"a.tvq"_s, u"b.tvq"_s, u"nowhere/a.tvq"_s});
     return u"pick:%1 "_s.arg(file);
-}
-
-QString RandomActions::ChooseNew() {
-    bool goesOn = false;
-    const QString answer = AnswerWhetherToSave(goesOn, true);
-    if (goesOn) {
-        Plain.Fresh();
-    }
-    return answer + u"file:New"_s;
-}
-
-QString RandomActions::ChooseOpen() {
-    bool goesOn = false;
-    QString script = AnswerWhetherToSave(goesOn, false);
-    if (goesOn) {
-        const QString file = AnyOf({QString(), u"a.tvq"_s, u"b.tvq"_s, u"nowhere/a.tvq"_s});
-        script += u"pick:%1 "_s.arg(file);
-        if (Plain.Disk.contains(file)) {
-            Plain.Load(Plain.Disk[file], file);
-        }
-    }
-    return script + u"file:Open"_s;
-}
-
-QString RandomActions::ChooseSave() {
-    QString file;
-    const QString choice = Plain.File.isEmpty() ? InventFileToSaveTo(file) : QString();
-    Plain.Save(file);
-    return choice + u"file:Save"_s;
-}
-
-QString RandomActions::ChooseSaveAs() {
-    QString file;
-    const QString choice = InventFileToSaveTo(file);
-    const QString former = std::exchange(Plain.File, {});
-    if (!Plain.Save(file)) {
-        Plain.File = former;
-    }
-    Plain.SetCaption();
-    return choice + u"file:Save_as"_s;
 }
 
 QString RandomActions::PressNew() {
@@ -371,7 +324,7 @@ QString RandomActions::PressRemove() {
 }
 
 QString RandomActions::PressMove() {
-    const bool down = OneOfTwo();
+    const bool down = Below(2) == 0;
     if (Plain.Movable) {
         Plain.Move(down);
     }
@@ -387,7 +340,7 @@ QString RandomActions::ClickTab() {
 }
 
 QString RandomActions::TypeText() {
-    const bool anew = OneOfTwo();
+    const bool anew = Below(2) == 0;
     const QString text = AnyOf(
         {u"zz"_s, u"FILE1"_s, u"X"_s, u"${FILE1}"_s, u"z${x}y"_s, u"${NO}"_s, u"${X"_s, u"z z"_s});
     Plain.Editing = true;
@@ -411,42 +364,29 @@ QString RandomActions::CancelText() {
 }
 
 QString RandomActions::WalkByArrow() {
-    const bool down = OneOfTwo();
-    if (down && Plain.Selected() + 1 < Plain.Tree().size()) {
-        Plain.Select(Plain.Selected() + 1);
-    } else if (!down && Plain.Selected() > 0) {
-        Plain.Select(Plain.Selected() - 1);
+    const bool down = Below(2) == 0;
+    if (down ? Plain.Selected() + 1 < Plain.Tree().size() : Plain.Selected() > 0) {
+        Plain.Select(down ? Plain.Selected() + 1 : Plain.Selected() - 1);
     }
     return down ? u"Value:Down"_s : u"Value:Up"_s;
 }
 
-QString RandomActions::ClickLabel() {
-    const size_t each = Below(Plain.Tree().size());
-    if (!Plain.InSight(each)) {
-        return {};
-    }
-    Plain.Select(each);
-    return u"click:%1"_s.arg(each + 1);
-}
-
-QString RandomActions::ClickMark() {
-    const size_t each = Below(Plain.Tree().size());
-    if (!Plain.InSight(each)) {
-        return {};
-    }
-    Plain.Check(each);
-    return u"mark:%1"_s.arg(each + 1);
-}
-
-QString RandomActions::ClickBranch() {
+QString RandomActions::ClickRow() {
     const size_t each = Below(Plain.Tree().size());
     const bool isBranch = Model::End(Plain.Tree(), each) > each + 1;
-    if (!isBranch || !Plain.InSight(each)) {
+    const QString spot = AnyOf({u"click"_s, u"mark"_s, isBranch ? u"branch"_s : u"mark"_s});
+    Line& line = Plain.Tree()[each];
+    if (!Plain.InSight(each)) {
         return {};
     }
-    Line& line = Plain.Tree()[each];
-    line.Open = line.Shown = !line.Shown;
-    return u"branch:%1"_s.arg(each + 1);
+    if (spot == u"click") {
+        Plain.Select(each);
+    } else if (spot == u"mark") {
+        Plain.Check(each);
+    } else {
+        line.Open = line.Shown = !line.Shown;
+    }
+    return u"%1:%2"_s.arg(spot).arg(each + 1);
 }
 
 void RandomActions::ExpectTheModelAgrees() {
@@ -489,8 +429,8 @@ void RandomActions::StartOver(unsigned seed) {
         QFile::remove(Path(file));
     }
     StoreBytes(Path(u"run.tvq"_s),
-               DocumentImage(Sketches("sleep(0.3),zz(1)"), Sketches("FILE1(~)")));
-    Plain.Disk[u"run.tvq"_s] = {Lines{{0, u"sleep"_s}, {1, u"0.3"_s}, {0, u"zz"_s}, {1, u"1"_s}},
+               DocumentImage(Sketches("sleep(0.5),zz(1)"), Sketches("FILE1(~)")));
+    Plain.Disk[u"run.tvq"_s] = {Lines{{0, u"sleep"_s}, {1, u"0.5"_s}, {0, u"zz"_s}, {1, u"1"_s}},
                                 Lines{{0, u"FILE1"_s}, {1, {}}}};
 }
 
@@ -526,7 +466,7 @@ void RandomActions::ActInsideARun(unsigned count) {
     // Whatever was done meanwhile, the run is that of the document at its start; but another run
     // inside of it empties the log.
     if (!Scripts.mid(before).contains(u"file:Run")) {
-        EXPECT_EQ(Log(), Frame(u"sleep 0.3"_s, u"success"_s) + u"\r\n"_s +
+        EXPECT_EQ(Log(), Frame(u"sleep 0.5"_s, u"success"_s) + u"\r\n"_s +
                              Frame(u"zz 1"_s, u"error: CreateProcess failed (2)"_s));
     }
 }
@@ -542,9 +482,10 @@ TEST_F(RandomActions, AgreeWithAPlainModel) {
     for (unsigned sequence = 0; sequence < sequences && !HasFailure(); ++sequence) {
         StartOver(seed + sequence);
         ActAtRandom(actions / 2);
-        ActInsideARun(20);
+        ActInsideARun(60);
         ActAtRandom(actions - actions / 2);
-        EXPECT_FALSE(HasFailure()) << "seed " << seed + sequence << ", at last " << LatestScripts();
+        EXPECT_FALSE(HasFailure()) << "seed " << seed + sequence << ", actions "
+                                   << Scripts.join(u"; "_s).right(400).toStdString();
     }
     EXPECT_GE(ActionsBesideAChild, sequences);
 }

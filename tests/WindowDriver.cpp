@@ -31,12 +31,13 @@ Qt::Key Letter(const QAction* action) {
 
 /// The one of @p actions with this name, which may also be its letter; null if there is none.
 QAction* Find(const QList<QAction*>& actions, const QString& name) {
-    const auto found = std::find_if(actions.begin(), actions.end(), [&](const QAction* action) {
-        const QString text = action->text().remove(u'&');
-        return text.compare(name, Qt::CaseInsensitive) == 0 ||
-               (name.size() == 1 && !action->isSeparator() && Letter(action) == name[0].unicode());
-    });
-    return found == actions.end() ? nullptr : *found;
+    for (QAction* action : actions) {
+        if (action->text().remove(u'&').compare(name, Qt::CaseInsensitive) == 0 ||
+            (name.size() == 1 && Letter(action) == name[0].unicode())) {
+            return action;
+        }
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -72,68 +73,53 @@ void WindowTest::Act(const QString& script) {
     }
 }
 
-/// Does one word of a script; False if it can't be done. So do the next ones.
+/// Does one word of a script; False if it can't be done.
 bool WindowTest::Do(const QString& word) {
+    static const QMap<QString, MessageBoxAnswer> answers = {{u"yes"_s, MessageBoxAnswer::Yes},
+                                                            {u"no"_s, MessageBoxAnswer::No},
+                                                            {u"stay"_s, MessageBoxAnswer::Cancel}};
+    // Where a row can be clicked, in pixels from the left edge of its item.
+    static const QMap<QString, int> spots = {{u"click"_s, 40}, {u"mark"_s, 8}, {u"branch"_s, -10}};
     TakeKeyboard();
     const QString verb = word.section(u':', 0, 0);
     const QString object = word.section(u':', 1);
-    if (!word.contains(u':')) {
-        return Answer(verb) || Press(verb, {});
-    }
-    if (verb == u"pick") {
+    if (word == verb && answers.contains(verb)) {
+        TheUser.Answers.push_back(answers[verb]);
+    } else if (word != verb && verb == u"pick") {
         TheUser.Files.push_back(object.isEmpty() ? QString() : Path(object));
-        return true;
-    }
-    if (object.isEmpty()) {
-        return false;
-    }
-    if (verb == u"click") {
-        return ClickRow(object, RowSpot::Label);
-    }
-    if (verb == u"mark") {
-        return ClickRow(object, RowSpot::Mark);
-    }
-    if (verb == u"branch") {
-        return ClickRow(object, RowSpot::Branch);
-    }
-    if (verb == u"tab") {
-        return ClickTab(object);
-    }
-    if (verb == u"type") {
+    } else if (word == u"close") {
+        Window().Window()->close();
+    } else if (word == verb || object.isEmpty()) {
+        return word == verb && Press(verb, {});
+    } else if (spots.contains(verb)) {
+        return ClickRow(object, spots[verb]);
+    } else if (verb == u"tab") {
+        const QRect tab = Tabs()->tabRect(object.toInt() - 1);
+        QTest::mouseClick(Tabs(), Qt::LeftButton, {}, tab.center());
+        return tab.isValid();
+    } else if (verb == u"type") {
         QTest::keyClicks(Box(), object);
-        return true;
+    } else {
+        return verb == u"file" || verb == u"help" ? Choose(verb, object) : Press(verb, object);
     }
-    if (verb == u"file" || verb == u"help") {
-        return Choose(verb, object);
-    }
-    return Press(verb, object);
+    return true;
 }
 
-bool WindowTest::ClickRow(const QString& position, RowSpot spot) {
+bool WindowTest::ClickRow(const QString& position, int right) {
     const QModelIndex row = Row(position.toInt());
-    if (!row.isValid() || (spot == RowSpot::Branch && !Tree()->model()->hasChildren(row))) {
-        return false;
-    }
+    bool clickable = row.isValid() && (right > 0 || Tree()->model()->hasChildren(row));
     for (QModelIndex above = row.parent(); above.isValid(); above = above.parent()) {
-        if (!Tree()->isExpanded(above)) {
-            return false;
-        }
+        clickable = clickable && Tree()->isExpanded(above);
+    }
+    if (!clickable) {
+        return false;
     }
     if (!Tree()->viewport()->rect().contains(Tree()->visualRect(row).center())) {
         Tree()->scrollTo(row);
     }
     const QRect item = Tree()->visualRect(row);
     QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {},
-                      {item.left() + static_cast<int>(spot), item.center().y()});
-    return true;
-}
-
-bool WindowTest::ClickTab(const QString& position) {
-    const QRect tab = Tabs()->tabRect(position.toInt() - 1);
-    if (tab.isEmpty()) {
-        return false;
-    }
-    QTest::mouseClick(Tabs(), Qt::LeftButton, {}, tab.center());
+                      {item.left() + right, item.center().y()});
     return true;
 }
 
@@ -156,20 +142,6 @@ bool WindowTest::Choose(const QString& menu, const QString& entry) {
         QTest::keyClick(bar, Qt::Key_Escape);
     }
     return true;
-}
-
-bool WindowTest::Answer(const QString& word) {
-    const std::pair<QStringView, MessageBoxAnswer> answers[] = {
-        {u"yes", MessageBoxAnswer::Yes},
-        {u"no", MessageBoxAnswer::No},
-        {u"stay", MessageBoxAnswer::Cancel}};
-    for (const auto& [name, answer] : answers) {
-        if (word == name) {
-            TheUser.Answers.push_back(answer);
-            return true;
-        }
-    }
-    return false;
 }
 
 /// Clicks on the control with the name @p control, or presses @p keys while it has the keyboard.
@@ -207,6 +179,7 @@ void WindowTest::TakeKeyboard() {
 }
 
 void WindowTest::Open(const char* compilers, const char* variables, const char* script) {
+    ASSERT_NE(GlobalApplication(), nullptr) << "the program has ended";
     const QString path = StoreBytes(Path(u"document.tvq"_s),
                                     DocumentImage(Sketches(compilers), Sketches(variables)));
     TheUser.Answers = {MessageBoxAnswer::No};
@@ -309,36 +282,29 @@ void WindowTest::ExpectTheWindowAgrees() {
 }
 
 void WindowTest::Expect(const Case& expected) {
-    std::string acts;
-    for (const char* script : expected.Acts) {
-        acts += std::string(script) + "; ";
-    }
-    SCOPED_TRACE(acts);
     for (const char* script : expected.Acts) {
         Act(script);
     }
-    ExpectLook(expected);
-}
-
-void WindowTest::ExpectEach(const std::function<void()>& open, const std::vector<Case>& cases) {
-    for (const Case& each : cases) {
-        EXPECT_FALSE(each.Acts.empty()) << "a case that tells nothing to do";
-        for (const char* script : each.Acts) {
-            SCOPED_TRACE(script);
-            open();
-            Act(script);
-            ExpectLook(each);
-        }
-    }
-}
-
-void WindowTest::ExpectLook(const Case& expected) {
+    ASSERT_NE(GlobalApplication(), nullptr) << "the program has ended";
     ExpectTheWindowAgrees();
     EXPECT_EQ(Shown(), expected.Tree);
     EXPECT_EQ(Enabled(), expected.Enabled);
     EXPECT_EQ(Box()->text().toStdString(), expected.Box);
     EXPECT_TRUE(TheUser.Answers.empty() && TheUser.Files.empty()) << "an answer that nobody took";
     EXPECT_EQ(Changed(), expected.Changed);
+}
+
+void WindowTest::ExpectEach(const std::function<void()>& open, const std::vector<Case>& cases) {
+    for (Case each : cases) {
+        const std::vector<const char*> scripts = std::exchange(each.Acts, {});
+        EXPECT_FALSE(scripts.empty()) << "a case that tells nothing to do";
+        for (const char* script : scripts) {
+            SCOPED_TRACE(script);
+            open();
+            Act(script);
+            Expect(each);
+        }
+    }
 }
 
 } // namespace rivenfall

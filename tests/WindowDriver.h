@@ -35,16 +35,11 @@ std::string Outline(const Lines& lines, bool Line::*open, int selected = 0);
 /// What the user does, and how the program shows itself then. A field that a case doesn't name is
 /// expected to be empty or False.
 struct Case {
-    /// Scripts for WindowTest::Act.
-    std::vector<const char*> Acts = {};
-    /// The tree on view as WindowTest::Shown tells it.
-    std::string Tree = {};
-    /// What the user can use, as WindowTest::Enabled tells it.
-    std::string Enabled = {};
-    /// The text in the value box.
-    std::string Box = {};
-    /// Whether the program would ask before it gives the document up.
-    bool Changed = false;
+    std::vector<const char*> Acts = {}; ///< Scripts for WindowTest::Act.
+    std::string Tree = {};              ///< The tree on view, as WindowTest::Shown tells it.
+    std::string Enabled = {};           ///< What can be used, as WindowTest::Enabled tells it.
+    std::string Box = {};               ///< The text in the value box.
+    bool Changed = false;               ///< The document can't be left without a question.
 };
 
 /// A program whose main window is worked by mouse and keyboard, and read as it shows itself.
@@ -56,8 +51,6 @@ protected:
     QLineEdit* Box() { return static_cast<QLineEdit*>(Window().txtValue.Widget()); }
     QTabBar* Tabs() { return static_cast<QTabWidget*>(Window().tabContent.Widget())->tabBar(); }
 
-    std::string Caption() { return Window().Caption().toStdString(); }
-
     /// The row at @p position, counted from 1 over all levels; none where there is no such row.
     QModelIndex Row(int position) { return Rows({}).value(position - 1); }
 
@@ -67,6 +60,7 @@ protected:
     /// - "Ok", "Document:Ctrl+A": a click on what has this name, or a key while it has it
     /// - "type:x": keys for the value box
     /// - "file:Save", "help:I": a menu and its entry, by the entry's name or letter
+    /// - "close": a click on the window's close button
     /// - "yes", "no", "stay", "pick:a": the user's next answer, and the next file, "pick:" for none
     ///
     /// A word that can't be done fails the test, and the script ends there.
@@ -98,16 +92,10 @@ protected:
     void ExpectEach(const std::function<void()>& open, const std::vector<Case>& cases);
 
 private:
-    /// Where a row can be clicked, in pixels from the left edge of its item.
-    enum class RowSpot { Label = 40, Mark = 8, Branch = -10 };
-
     bool Do(const QString& word);
-    bool ClickRow(const QString& position, RowSpot spot);
-    bool ClickTab(const QString& position);
+    bool ClickRow(const QString& position, int right);
     bool Choose(const QString& menu, const QString& entry);
-    bool Answer(const QString& word);
     bool Press(const QString& control, const QString& keys);
-    void ExpectLook(const Case& expected);
     QModelIndexList Rows(const QModelIndex& parent);
     Lines LinesOnView();
     Lines LinesStored(int content);

@@ -22,6 +22,13 @@ const QString OpenDialog = u"Open File - "_s + Title;
 const QString SaveDialog = u"FileSave File As - "_s + Title;
 const QString NotFound = u"error: CreateProcess failed (2)"_s;
 
+// What is enabled over a node with siblings, over one without, over the only one of a document that
+// was just opened, and while a value is edited.
+const std::string WithSiblings = "New Remove Move Value";
+const std::string Alone = "New Value";
+const std::string Editing = "New Remove Move Value Ok Cancel";
+const std::string JustOpened = "New Move Value";
+
 QWidget* OutputWindow() {
     const QWidgetList windows = QApplication::topLevelWidgets();
     return *std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
@@ -94,24 +101,12 @@ TEST_F(EditTest, GoesOnWhereTheTreeStays) {
     ExpectEachInAnEdit({
         {.Acts = {"", "tab:1", "file:Open", "file:Save", "pick:b.tvq file:Save_as", "file:Run"},
          .Tree = "*za(p(v,w)),zb(q(x))",
-         .Enabled = "New Remove Move Value Ok Cancel",
+         .Enabled = Editing,
          .Box = "za+"},
-        {.Acts = {"type:y"},
-         .Tree = "*za(p(v,w)),zb(q(x))",
-         .Enabled = "New Remove Move Value Ok Cancel",
-         .Box = "za+y"},
-        {.Acts = {"branch:1"},
-         .Tree = "*za[p(v,w)],zb(q(x))",
-         .Enabled = "New Remove Move Value Ok Cancel",
-         .Box = "za+"},
-        {.Acts = {"mark:3"},
-         .Tree = "*za(p(!v,w)),zb(q(x))",
-         .Enabled = "New Remove Move Value Ok Cancel",
-         .Box = "za+",
-         .Changed = true},
+        {.Acts = {"branch:1"}, .Tree = "*za[p(v,w)],zb(q(x))", .Enabled = Editing, .Box = "za+"},
         {.Acts = {"Document:Space"},
          .Tree = "*!za(p(v,w)),zb(q(x))",
-         .Enabled = "New Remove Move Value Ok Cancel",
+         .Enabled = Editing,
          .Box = "za+",
          .Changed = true},
     });
@@ -121,12 +116,12 @@ TEST_F(EditTest, IsStoredByOkAndEnter) {
     ExpectEachInAnEdit({
         {.Acts = {"Ok", "Value:Enter", "Document:Return", "Content:Return", "Move:Enter"},
          .Tree = "*za+(p(v,w)),zb(q(x))",
-         .Enabled = "New Remove Move Value",
+         .Enabled = WithSiblings,
          .Box = "za+",
          .Changed = true},
         {.Acts = {"Value:Ctrl+A Value:Del Value:Return"},
          .Tree = "*~(p(v,w)),zb(q(x))",
-         .Enabled = "New Remove Move Value",
+         .Enabled = WithSiblings,
          .Box = "",
          .Changed = true},
     });
@@ -137,17 +132,14 @@ TEST_F(EditTest, IsGivenUpByCancelEscapeAndAnotherSelection) {
         {.Acts = {"Cancel", "Value:Esc", "Document:Esc", "New:Esc", "click:1", "tab:2 tab:1",
                   "pick:document.tvq file:Open"},
          .Tree = "*za(p(v,w)),zb(q(x))",
-         .Enabled = "New Remove Move Value",
+         .Enabled = WithSiblings,
          .Box = "za"},
-        {.Acts = {"click:5"},
-         .Tree = "za(p(v,w)),*zb(q(x))",
-         .Enabled = "New Remove Move Value",
-         .Box = "zb"},
+        {.Acts = {"click:5"}, .Tree = "za(p(v,w)),*zb(q(x))", .Enabled = WithSiblings, .Box = "zb"},
         {.Acts = {"Document:Down", "Value:Down"},
          .Tree = "za(*p(v,w)),zb(q(x))",
-         .Enabled = "New Value",
+         .Enabled = Alone,
          .Box = "p"},
-        {.Acts = {"tab:2"}, .Tree = "*FILE1(~)", .Enabled = "New Value", .Box = "FILE1"},
+        {.Acts = {"tab:2"}, .Tree = "*FILE1(~)", .Enabled = Alone, .Box = "FILE1"},
     });
 }
 
@@ -155,20 +147,14 @@ TEST_F(EditTest, IsGivenUpByAChangeOfTheTree) {
     ExpectEachInAnEdit({
         {.Acts = {"New", "New:Enter", "Value:Alt+N"},
          .Tree = "za(p(v,w)),*za(~(${FILE1})),zb(q(x))",
-         .Enabled = "New Remove Move Value",
+         .Enabled = WithSiblings,
          .Box = "za",
          .Changed = true},
         {.Acts = {"Remove", "Document:Alt+R"},
          .Tree = "*zb(q(x))",
-         .Enabled = "New Value",
+         .Enabled = Alone,
          .Box = "zb",
          .Changed = true},
-        {.Acts = {"Move_down"},
-         .Tree = "zb(q(x)),*za(p(v,w))",
-         .Enabled = "New Remove Move Value",
-         .Box = "za",
-         .Changed = true},
-        {.Acts = {"file:New"}, .Tree = "*~(~(${FILE1}))", .Enabled = "New Move Value", .Box = ""},
     });
 }
 
@@ -182,7 +168,7 @@ TEST_F(EditTest, BeginsWithAChangeOfTheText) {
     const Case unchanged = {
         .Acts = {"Value:Enter Value:Esc Document:Return Document:Esc Ok Cancel"},
         .Tree = "*a,b",
-        .Enabled = "New Remove Move Value",
+        .Enabled = WithSiblings,
         .Box = "a"};
     ExpectEach([this] { Open("a,b"); }, {unchanged});
     const std::string longest(40000, 'v');
@@ -193,19 +179,14 @@ TEST_F(EditTest, BeginsWithAChangeOfTheText) {
 TEST_F(WindowTest, ArrowKeysInTheBoxWalkTheTree) {
     Open("a(p(v)),b", "X", "branch:1 Value:Home Value:Up");
     EXPECT_EQ(Box()->cursorPosition(), 0);
-    QStringList walked;
-    for (int step = 0; step < 4; ++step) {
-        Act("Value:Down");
-        walked += Box()->text();
-    }
-    EXPECT_EQ(walked, (QStringList{u"p"_s, u"v"_s, u"b"_s, u"b"_s}));
+    Act("Value:Down Value:Down Value:Down Value:Down");
     EXPECT_EQ(Shown(), "a(p(v)),*b");
     EXPECT_EQ(Stored(1), "a[p(v)],b");
     Act("Value:Shift+Up Value:Ctrl+Up Value:Alt+Up");
     EXPECT_EQ(Shown(), "a(p(v)),*b");
     Expect({.Acts = {"Value:Num+Up Value:Shift+Left"},
             .Tree = "a(p(*v)),b",
-            .Enabled = "New Value",
+            .Enabled = Alone,
             .Box = "v"});
     EXPECT_EQ(Window().txtValue.SelText(), u"v");
 }
@@ -271,11 +252,8 @@ TEST_F(DropTest, IsTypedAtTheSelection) {
         Open("abc,d");
         Box()->setSelection(each.Start, each.Length);
         EXPECT_TRUE(Drop(each.Data, each.Offered)) << each.Box;
-        Expect({.Tree = "*abc,d", .Enabled = "New Remove Move Value Ok Cancel", .Box = each.Box});
-        Expect({.Acts = {"Value:Esc"},
-                .Tree = "*abc,d",
-                .Enabled = "New Remove Move Value",
-                .Box = "abc"});
+        Expect({.Tree = "*abc,d", .Enabled = Editing, .Box = each.Box});
+        Expect({.Acts = {"Value:Esc"}, .Tree = "*abc,d", .Enabled = WithSiblings, .Box = "abc"});
     }
 }
 
@@ -284,19 +262,18 @@ TEST_F(DropTest, IsRefusedWhereItCantBeCopiedAsText) {
     EXPECT_FALSE(Drop(Text, Qt::MoveAction));
     EXPECT_FALSE(Drop(Files, Qt::LinkAction));
     EXPECT_FALSE(Drop(Picture, Any));
-    Expect({.Tree = "*abc,d", .Enabled = "New Remove Move Value", .Box = "abc"});
+    Expect({.Tree = "*abc,d", .Enabled = WithSiblings, .Box = "abc"});
     Open("", "");
     EXPECT_FALSE(Drop(Text, Any));
 }
 
 TEST_F(WindowTest, AsksBeforeADocumentIsGivenUp) {
-    const Case changed = {.Tree = "~(~(${FILE1})),*~(~(${FILE1}))",
-                          .Enabled = "New Remove Move Value",
-                          .Changed = true};
+    const Case changed = {
+        .Tree = "~(~(${FILE1})),*~(~(${FILE1}))", .Enabled = WithSiblings, .Changed = true};
     Case saved = changed;
     saved.Changed = false;
-    const Case fresh = {.Tree = "*~(~(${FILE1}))", .Enabled = "New Move Value"};
-    const Case opened = {.Tree = "*a", .Enabled = "New Move Value", .Box = "a"};
+    const Case fresh = {.Tree = "*~(~(${FILE1}))", .Enabled = JustOpened};
+    const Case opened = {.Tree = "*a", .Enabled = JustOpened, .Box = "a"};
     const struct {
         const char* Acts;
         QStringList Asked;
@@ -321,7 +298,9 @@ TEST_F(WindowTest, AsksBeforeADocumentIsGivenUp) {
          .Asked = {AskToSave, OpenDialog},
          .Then = opened},
         {.Acts = "stay file:Exit", .Asked = {AskToSave}, .Then = changed},
+        {.Acts = "stay close", .Asked = {AskToSave}, .Then = changed},
         {.Acts = "yes pick: file:Exit", .Asked = {AskToSave, SaveDialog}, .Then = changed},
+        {.Acts = "yes pick: close", .Asked = {AskToSave, SaveDialog}, .Then = changed},
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(each.Acts);
@@ -334,14 +313,9 @@ TEST_F(WindowTest, AsksBeforeADocumentIsGivenUp) {
     }
 }
 
-TEST_F(WindowTest, ClosingTheWindowAsksTheSame) {
+TEST_F(WindowTest, ClosesWhenTheDocumentIsSaved) {
     const std::weak_ptr<Application> program = GlobalApplication();
-    Open("a", "X", "file:New New stay");
-    EXPECT_FALSE(Window().Window()->close());
-    EXPECT_TRUE(Window().Visible());
-    Act("yes pick:one.tvq");
-    EXPECT_TRUE(Window().Window()->close());
-    EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, (QStringList{AskToSave, AskToSave, SaveDialog}));
+    Open("a", "X", "file:New New yes pick:one.tvq close");
     EXPECT_TRUE(Holds(u"one.tvq"_s, "~(~(${FILE1})),~(~(${FILE1}))", "FILE1(~)"));
     EXPECT_TRUE(program.expired());
     ExpectNoWindowIsLeft();
@@ -368,13 +342,13 @@ TEST_F(WindowTest, OldVersionsHaveTheirCompilersOnly) {
         Open("a(p(v)),b", "X(1),Y(2)", "tab:2 click:4 type:+");
         Expect({.Acts = {"pick:old.tvq file:Open"},
                 .Tree = "*c(o(u))",
-                .Enabled = "New Move Value",
+                .Enabled = JustOpened,
                 .Box = "c"});
         EXPECT_EQ(Tabs()->count(), 1);
         EXPECT_EQ(Stored(2), "FILE1(~)");
         Expect({.Acts = {"file:Save pick:old.tvq file:Open tab:2"},
                 .Tree = "*FILE1(~)",
-                .Enabled = "New Value",
+                .Enabled = Alone,
                 .Box = "FILE1"});
         EXPECT_TRUE(Holds(u"old.tvq"_s, "c(o(u))", "FILE1(~)"));
     }
@@ -386,22 +360,11 @@ TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
         outline += ",a(p(v))";
     }
     Open(outline.c_str(), "X", "click:30");
-    const struct {
-        const char* Why;
-        int TopBefore;
-        int TopAfter;
-    } cases[] = {
-        {.Why = "the selected row is near the top of the view", .TopBefore = 25, .TopAfter = 25},
-        {.Why = "the selected row is near its end", .TopBefore = 18, .TopAfter = 18},
-        {.Why = "the selected row is above the view and comes to its top",
-         .TopBefore = 51,
-         .TopAfter = 30},
-    };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.Why);
-        Tree()->verticalScrollBar()->setValue(each.TopBefore - 1);
+    // The same row is at the top again, unless the selected one is out of view then.
+    for (const auto& [former, next] : {std::pair(25, 25), std::pair(18, 18), std::pair(51, 30)}) {
+        Tree()->verticalScrollBar()->setValue(former - 1);
         Act("type:+ Value:Enter");
-        EXPECT_EQ(Tree()->indexAt(QPoint(60, 2)), Row(each.TopAfter));
+        EXPECT_EQ(Tree()->indexAt(QPoint(60, 2)), Row(next)) << former;
         EXPECT_EQ(Tree()->currentIndex(), Row(30));
     }
     Tree()->verticalScrollBar()->setValue(0);
@@ -421,45 +384,20 @@ TEST_F(WindowTest, AnEmptyTreeLeavesNothingToEdit) {
     Expect({.Acts = {"tab:2 type:+ tab:1"}, .Enabled = ""});
 }
 
-TEST_F(WindowTest, EverythingAnswersDuringARun) {
-    Open("sleep(1),zz(1)");
-    Later([this] {
-        ASSERT_TRUE(Runner().Running());
-        Act("New mark:2");
-        EXPECT_EQ(Shown(), "sleep(!1),*sleep(~(${FILE1})),zz(1)");
-        OutputWindow()->close();
-        EXPECT_FALSE(OutputWindow()->isVisible());
-        Act("stay file:Exit no file:New");
-        EXPECT_EQ(TheUser.Asked, (QStringList{AskToSave, AskBeforeNew}));
-        EXPECT_TRUE(Runner().Running());
-    });
-    Act("file:Run");
-    EXPECT_EQ(Shown(), "*~(~(${FILE1}))");
-    EXPECT_TRUE(OutputWindow()->isVisible());
-    EXPECT_EQ(Log(), Frame(u"sleep 1"_s, u"success"_s) + u"\r\n"_s + Frame(u"zz 1"_s, NotFound));
-}
-
 /// A way to quit in the middle of a run.
 struct Quitting {
     const char* Name;
-    /// A script; the window is closed where there is none.
-    const char* Acts = "";
+    const char* Acts;
     QStringList Asked = {};
+    bool Visible = true;
 };
+
+void PrintTo(const Quitting& way, std::ostream* stream) {
+    *stream << way.Acts;
+}
 
 class QuitDuringARun : public WindowTest, public testing::WithParamInterface<Quitting> {
 protected:
-    void QuitNow() {
-        frmMain& form = Window();
-        const bool closes = !*GetParam().Acts;
-        if (closes) {
-            EXPECT_TRUE(form.Window()->close());
-        } else {
-            Act(GetParam().Acts);
-        }
-        EXPECT_EQ(form.Visible(), !closes);
-    }
-
     /// Works everything in the window of a program that has quit.
     static void WorkInVain(frmMain& form, QTreeView* tree, QLineEdit* box) {
         QTest::mouseClick(form.cmdNew.Widget(), Qt::LeftButton);
@@ -476,11 +414,11 @@ TEST_P(QuitDuringARun, EndsWithTheRun) {
     const QString mark = Path(u"mark"_s);
     Open(("sleep(1),touch(" + mark.toStdString() + ")").c_str());
     const std::weak_ptr<Application> program = GlobalApplication();
-    Later([&, tree = Tree(), box = Box()] {
-        frmMain& form = Window();
-        QuitNow();
+    Later([&, &form = Window(), tree = Tree(), box = Box()] {
+        Act(GetParam().Acts);
         EXPECT_EQ(GlobalApplication(), nullptr);
         ASSERT_FALSE(program.expired());
+        EXPECT_EQ(form.Visible(), GetParam().Visible);
         WorkInVain(form, tree, box);
         EXPECT_TRUE(program.lock()->Execution()->Running());
         OutputWindow()->close();
@@ -492,12 +430,13 @@ TEST_P(QuitDuringARun, EndsWithTheRun) {
     ExpectNoWindowIsLeft();
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, QuitDuringARun,
-                         testing::Values(Quitting{.Name = "ClosingTheWindow"},
-                                         Quitting{.Name = "Exit", .Acts = "file:Exit"},
-                                         Quitting{.Name = "ExitWithChanges",
-                                                  .Acts = "New no file:Exit",
-                                                  .Asked = {AskToSave}}),
-                         [](const auto& way) { return way.param.Name; });
+INSTANTIATE_TEST_SUITE_P(
+    Ways, QuitDuringARun,
+    testing::Values(Quitting{.Name = "Close", .Acts = "close", .Visible = false},
+                    Quitting{.Name = "Exit", .Acts = "file:Exit"},
+                    Quitting{.Name = "Stay",
+                             .Acts = "New stay file:Exit no file:Exit",
+                             .Asked = {AskToSave, AskToSave}}),
+    [](const auto& way) { return way.param.Name; });
 
 } // namespace
