@@ -6,12 +6,9 @@
 #include "tree/TreeRowDelegate.h"
 
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QScrollBar>
 
 #include <algorithm>
-#include <utility>
 
 namespace rivenfall {
 
@@ -210,189 +207,6 @@ void TreeRows::ShowExpanded(const Node& node) {
     TreeAccessibility::AnnounceBranch(*this, node);
 }
 
-void TreeRows::BranchChanged(const QModelIndex& index, bool expanded) {
-    Node& node = *TreeModel::NodeAt(index);
-    if (node.pblnExpanded == expanded) {
-        return; // The view follows the node.
-    }
-    node.pblnExpanded = expanded;
-    TreeAccessibility::AnnounceBranch(*this, node);
-    Raise(expanded ? &TreeRows::BranchOpened : &TreeRows::BranchClosed, node);
-}
-
-void TreeRows::Choose(Node& node) {
-    ApplyChanges();
-    DoAsUser([&] {
-        pblnRowChosen = true;
-        selectionModel()->setCurrentIndex(pobjModel->IndexOf(node),
-                                          QItemSelectionModel::ClearAndSelect);
-    });
-}
-
-void TreeRows::ToggleCheck(Node& node) {
-    DoAsUser([&] {
-        node.SetChecked(!node.Checked());
-        Raise(&TreeRows::CheckChanged, node);
-    });
-}
-
-void TreeRows::ToggleBranch(Node& node) {
-    ApplyChanges();
-    DoAsUser([&] { setExpanded(pobjModel->IndexOf(node), !node.Expanded()); });
-}
-
-void TreeRows::OpenWholeBranch(Node& node) {
-    scheduleDelayedItemsLayout();
-    const auto open = [this](const Node& branch, const auto& self) -> void {
-        if (branch.pobjChildren.empty()) {
-            return;
-        }
-        expand(pobjModel->IndexOf(branch));
-        for (const auto& child : branch.pobjChildren) {
-            self(*child, self);
-        }
-    };
-    open(node, open);
-}
-
-template <typename Action>
-void TreeRows::DoAsUser(Action action) {
-    ++plngUserActions;
-    action();
-    --plngUserActions;
-    FinishUserAction();
-}
-
-void TreeRows::Raise(void (TreeRows::*signal)(Node&), Node& node) {
-    pobjPendingEvents.push_back({signal, &node});
-}
-
-void TreeRows::FinishUserAction() {
-    if (plngUserActions > 0 || pobjModel->Changing()) {
-        return;
-    }
-    Node* const current = TreeModel::NodeAt(currentIndex());
-    if (current && (current != pobjSelected || pblnRowChosen)) {
-        pobjSelected = current;
-        ShowSelection();
-        Raise(&TreeRows::RowChosen, *current);
-    }
-    pblnRowChosen = false;
-    while (!pobjPendingEvents.empty()) {
-        const PendingEvent next = pobjPendingEvents.front();
-        pobjPendingEvents.pop_front();
-        Q_EMIT(this->*next.Signal)(*next.Subject);
-    }
-}
-
-bool TreeRows::event(QEvent* event) {
-    if (event->type() == QEvent::DeferredDelete) {
-        return QTreeView::event(event);
-    }
-    ApplyChanges();
-    bool handled = false;
-    DoAsUser([&] { handled = QTreeView::event(event); });
-    return handled;
-}
-
-bool TreeRows::viewportEvent(QEvent* event) {
-    ApplyChanges();
-    bool handled = false;
-    DoAsUser([&] { handled = QTreeView::viewportEvent(event); });
-    return handled;
-}
-
-void TreeRows::mousePressEvent(QMouseEvent* event) {
-    const QPoint position = event->position().toPoint();
-    const QModelIndex index = indexAt(position);
-    const bool box = OnCheckBox(index, position);
-    pobjPressedBox = box && event->button() == Qt::LeftButton ? TreeModel::NodeAt(index) : nullptr;
-    pblnLabelPressed = index.isValid() && !box && !OnExpander(index, position);
-    if (box) {
-        return;
-    }
-    QTreeView::mousePressEvent(event);
-    pblnRowChosen = pblnLabelPressed;
-}
-
-void TreeRows::mouseMoveEvent(QMouseEvent* event) {
-    // A hand that trembles on an expander or a check box doesn't select the row.
-    if (event->buttons() == Qt::NoButton || pblnLabelPressed) {
-        QTreeView::mouseMoveEvent(event);
-    }
-}
-
-void TreeRows::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !pobjPressedBox) {
-        QTreeView::mouseReleaseEvent(event);
-        return;
-    }
-    Node* const node = std::exchange(pobjPressedBox, nullptr);
-    const QPoint position = event->position().toPoint();
-    const QModelIndex index = indexAt(position);
-    if (TreeModel::NodeAt(index) == node && OnCheckBox(index, position)) {
-        ToggleCheck(*node);
-    }
-}
-
-void TreeRows::mouseDoubleClickEvent(QMouseEvent* event) {
-    const QPoint position = event->position().toPoint();
-    const QModelIndex index = indexAt(position);
-    if (OnCheckBox(index, position) || OnExpander(index, position)) {
-        mousePressEvent(event);
-    } else {
-        QTreeView::mouseDoubleClickEvent(event);
-    }
-}
-
-void TreeRows::keyPressEvent(QKeyEvent* event) {
-    Node* const shown = pobjSelected ? &VisibleAncestorOrSelf(*pobjSelected) : nullptr;
-    const bool hidden = shown != pobjSelected;
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Escape:
-        event->ignore();
-        return;
-    case Qt::Key_Space:
-        if (shown && !hidden) {
-            ToggleCheck(*shown);
-        }
-        return;
-    case Qt::Key_Asterisk:
-        if (shown) {
-            OpenWholeBranch(*shown);
-        }
-        return;
-    // Qt's view would also look for a text that begins with the sign.
-    case Qt::Key_Plus:
-    case Qt::Key_Minus:
-        if (shown && shown->Expanded() == (event->key() == Qt::Key_Minus)) {
-            ToggleBranch(*shown);
-        }
-        return;
-    case Qt::Key_Right:
-        if (hidden) {
-            ToggleBranch(*shown);
-            return;
-        }
-        break;
-    default:
-        break;
-    }
-    QTreeView::keyPressEvent(event);
-}
-
-QModelIndex TreeRows::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
-    if (pobjSelected) {
-        const QModelIndex shown = pobjModel->IndexOf(VisibleAncestorOrSelf(*pobjSelected));
-        if (shown != currentIndex()) {
-            selectionModel()->setCurrentIndex(shown, QItemSelectionModel::NoUpdate);
-        }
-    }
-    return QTreeView::moveCursor(action, modifiers);
-}
-
 void TreeRows::focusInEvent(QFocusEvent* event) {
     QTreeView::focusInEvent(event);
     // Qt's view makes the first row current where none is.
@@ -407,11 +221,6 @@ void TreeRows::changeEvent(QEvent* event) {
         plngWidestRow = 0;
     }
     QTreeView::changeEvent(event);
-}
-
-QItemSelectionModel::SelectionFlags TreeRows::selectionCommand(const QModelIndex& index,
-                                                               const QEvent*) const {
-    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
 }
 
 void TreeRows::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -454,30 +263,6 @@ void TreeRows::FitColumn() {
     }
     header()->resizeSection(0, std::max(viewport()->width(), plngWidestRow));
     pblnFitting = false;
-}
-
-bool TreeRows::OnCheckBox(const QModelIndex& index, const QPoint& position) const {
-    if (!index.isValid()) {
-        return false;
-    }
-    QStyleOptionViewItem option;
-    initViewItemOption(&option);
-    option.rect = visualRect(index);
-    return pobjDelegate->CheckBox(option, index).contains(position);
-}
-
-bool TreeRows::OnExpander(const QModelIndex& index, const QPoint& position) const {
-    if (!index.isValid() || !pobjModel->hasChildren(index)) {
-        return false;
-    }
-    QRect expander = visualRect(index);
-    if (isRightToLeft()) {
-        expander.setLeft(expander.right() + 1);
-    } else {
-        expander.setLeft(expander.left() - indentation());
-    }
-    expander.setWidth(indentation());
-    return expander.contains(position);
 }
 
 } // namespace rivenfall

@@ -20,6 +20,8 @@ class TreeModel;
 /// Changes of structure are gathered and shown at once ("applied") before anything needs to see
 /// them. The nodes themselves say which branches are open, and Selected which row is selected; Qt's
 /// view is brought in line with them.
+///
+/// TreeRows.cpp keeps the view in line, TreeUserActions.cpp has what the user does.
 class TreeRows : public QTreeView {
     Q_OBJECT
 
