@@ -1,3 +1,4 @@
+#include "tree/RowText.h"
 #include "tree/TreeView.h"
 
 #include <QAccessible>
@@ -127,6 +128,44 @@ TEST_F(TreeTest, ScreenReadersFindNestedItemsAndActAsTheUser) {
     EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
     pobjTree.SetReachable(false);
     EXPECT_EQ(tree->childCount(), 0);
+}
+
+TEST_F(TreeTest, RowsShowWhatFitsAndHideNothing) {
+    pobjTree.Nodes().Add(u"plain"_s, u"rm exe"_s);
+    pobjTree.Nodes().Add(u"turned"_s, u"rm \u202eexe"_s);
+    pobjTree.Nodes().Add(u"long"_s, QString(100'000, u'x'));
+    QCoreApplication::processEvents();
+    const auto width = [this](int row) {
+        return View()->sizeHintForIndex(View()->model()->index(row, 0)).width();
+    };
+    EXPECT_GT(width(1), width(0));
+    EXPECT_LT(width(2), 30'000);
+    QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(View());
+    EXPECT_EQ(tree->child(1)->text(QAccessible::Name), u"rm \u202eexe");
+    EXPECT_LT(tree->child(2)->text(QAccessible::Name).size(), 2000);
+}
+
+TEST(RowTextTest, ShowsWhatWouldDeceive) {
+    for (const QString& honest : {u"-o a b.c"_s, u"שלום.txt"_s, u"نمی\u200cخواهم"_s, u"क्\u200dष"_s,
+                                  u"👨\u200d👩"_s, u"👍🏽\u200d✌\ufe0f"_s}) {
+        EXPECT_EQ(RowText(honest).constData(), honest.constData()) << honest.toStdString();
+    }
+    const QString marked = u"\u2066[U+%1]\u2069"_s;
+    EXPECT_EQ(RowText(u"a\u202egnp.exe"_s), u'a' + marked.arg(u"202E"_s) + u"gnp.exe"_s);
+    for (const char32_t each :
+         {0x0,    0x9,    0xA,    0x1B,   0x7F,   0x85,   0xAD,   0x61C,  0x200B, 0x200C, 0x200D,
+          0x200E, 0x200F, 0x2028, 0x2029, 0x2066, 0x2069, 0xFE0F, 0xFEFF, 0x3164, 0xE0041}) {
+        const QString number = QString::number(each, 16).toUpper().rightJustified(4, u'0');
+        EXPECT_EQ(RowText(u"x"_s += QChar::fromUcs4(each)), u'x' + marked.arg(number));
+    }
+}
+
+TEST(RowTextTest, CutsWhatNoScreenHolds) {
+    const QString fits(1000, u'x');
+    EXPECT_EQ(RowText(fits), fits);
+    EXPECT_EQ(RowText(fits + u'y'), fits + u'…');
+    EXPECT_EQ(RowText(QString(1, u'x') + u"😀"_s.repeated(600)), u'x' + u"😀"_s.repeated(500) + u'…');
+    EXPECT_LT(RowText(QString(100'000, QChar(0x202E))).size(), 1020);
 }
 
 } // namespace

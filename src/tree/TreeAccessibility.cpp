@@ -1,6 +1,7 @@
 #include "tree/TreeAccessibility.h"
 
 #include "tree/Node.h"
+#include "tree/RowText.h"
 #include "tree/TreeModel.h"
 #include "tree/TreeRows.h"
 
@@ -46,8 +47,9 @@ public:
 
     QString text(QAccessible::Text text) const override {
         if (text == QAccessible::Name) {
-            const bool blank = Item.Text().trimmed().isEmpty();
-            return blank ? QStringLiteral("(empty)") : Item.Text();
+            // In the order of what runs, without the marks of what is shown.
+            const bool blank = QStringView(Item.Text()).trimmed().isEmpty();
+            return blank ? QStringLiteral("(empty)") : Item.Text().left(LongestRow);
         }
         if (text == QAccessible::Description) {
             int level = 1;

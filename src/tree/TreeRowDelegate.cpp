@@ -1,5 +1,7 @@
 #include "tree/TreeRowDelegate.h"
 
+#include "tree/RowText.h"
+
 #include <QPainter>
 #include <QWidget>
 
@@ -11,6 +13,10 @@ QRect TreeRowDelegate::CheckBox(QStyleOptionViewItem option, const QModelIndex& 
     initStyleOption(&option, index);
     return option.widget->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option,
                                                   option.widget);
+}
+
+QString TreeRowDelegate::displayText(const QVariant& value, const QLocale&) const {
+    return RowText(value.toString());
 }
 
 void TreeRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

@@ -13,6 +13,9 @@ public:
     /// Where the check box of the row at @p index is, whose place and widget @p option tells.
     QRect CheckBox(QStyleOptionViewItem option, const QModelIndex& index) const;
 
+    /// What the row of a node with the text @p value shows.
+    QString displayText(const QVariant& value, const QLocale& locale) const override;
+
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
 
