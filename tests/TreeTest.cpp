@@ -3,6 +3,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QLineEdit>
 #include <QTest>
 #include <QTreeView>
 
@@ -104,6 +105,27 @@ TEST_F(TreeTest, MouseSelectsChecksAndOpens) {
     QObject::connect(&pobjTree, &TreeView::NodeClick, &pobjWindow, [this] { Fill(3, 5); });
     Click("2", Label);
     EXPECT_EQ(pobjTree.Nodes().Count(), 18);
+}
+
+TEST_F(TreeTest, OtherButtonsDoNothing) {
+    Fill(2, 2);
+    At("2").SetSelected(true);
+    QLineEdit box(&pobjWindow);
+    box.show();
+    box.setFocus();
+    for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton, Qt::BackButton}) {
+        for (const Spot spot : {Label, Box, Expander}) {
+            QTest::mouseClick(Port(), button, {}, Find("1", spot));
+            QTest::mouseDClick(Port(), button, {}, Find("1", spot));
+        }
+    }
+    EXPECT_TRUE(box.hasFocus());
+    Click("2", Label);
+    EXPECT_TRUE(View()->hasFocus());
+    QTest::mousePress(Port(), Qt::RightButton, {}, Find("2", Label));
+    QTest::mouseMove(Port(), Find("1", Label));
+    QTest::mouseRelease(Port(), Qt::RightButton, {}, Find("1", Label));
+    EXPECT_EQ(TakeLog(), "click 2");
 }
 
 TEST_F(TreeTest, ScreenReadersFindNestedItemsAndActAsTheUser) {

@@ -47,6 +47,7 @@ TreeRows::TreeRows(QWidget* container)
     setHeaderHidden(true);
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(0);
+    SetReachable(true);
 
     pobjApplyTimer.setSingleShot(true);
     connect(&pobjApplyTimer, &QTimer::timeout, this, &TreeRows::ApplyChanges);
@@ -60,7 +61,8 @@ TreeRows::~TreeRows() = default;
 
 void TreeRows::SetReachable(bool reachable) {
     pblnReachable = reachable;
-    setFocusPolicy(reachable ? Qt::StrongFocus : Qt::NoFocus);
+    // The mouse gives it the keyboard with its left button only; Qt's policy takes any.
+    setFocusPolicy(reachable ? Qt::TabFocus : Qt::NoFocus);
 }
 
 void TreeRows::BeginChanges() {

@@ -105,10 +105,16 @@ bool TreeRows::viewportEvent(QEvent* event) {
 }
 
 void TreeRows::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    if (pblnReachable) {
+        setFocus(Qt::MouseFocusReason);
+    }
     const QPoint position = event->position().toPoint();
     const QModelIndex index = indexAt(position);
     const bool box = OnCheckBox(index, position);
-    pobjPressedBox = box && event->button() == Qt::LeftButton ? TreeModel::NodeAt(index) : nullptr;
+    pobjPressedBox = box ? TreeModel::NodeAt(index) : nullptr;
     pblnLabelPressed = index.isValid() && !box && !OnExpander(index, position);
     if (box) {
         return;
@@ -125,7 +131,10 @@ void TreeRows::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void TreeRows::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !pobjPressedBox) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    if (!pobjPressedBox) {
         QTreeView::mouseReleaseEvent(event);
         return;
     }
@@ -138,6 +147,9 @@ void TreeRows::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void TreeRows::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
     const QPoint position = event->position().toPoint();
     const QModelIndex index = indexAt(position);
     if (OnCheckBox(index, position) || OnExpander(index, position)) {
