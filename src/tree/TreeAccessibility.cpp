@@ -166,7 +166,15 @@ void TreeAccessibility::AnnounceFocus(TreeRows& rows, const Node& node) {
     }
     QAccessibleEvent focus(item, QAccessible::Focus);
     QAccessible::updateAccessibility(&focus);
-    QAccessibleEvent selection(item, QAccessible::Selection);
+}
+
+void TreeAccessibility::AnnounceSelection(TreeRows& rows, const Node& node) {
+    QAccessibleInterface* const item = Listening(rows, node);
+    if (!item) {
+        return;
+    }
+    QAccessibleEvent selection(item, node.Selected() ? QAccessible::Selection
+                                                     : QAccessible::SelectionRemove);
     QAccessible::updateAccessibility(&selection);
 }
 

@@ -16,8 +16,11 @@ public:
     /// Makes Qt present every TreeRows through this class.
     static void Install();
 
-    /// Tell screen readers what happened to @p node. Without one listening they do nothing.
+    /// Tell screen readers what has happened to @p node, whose state is the new one already.
+    /// Without one listening they do nothing. Qt 6.4 keeps to itself that a branch was opened or
+    /// closed.
     static void AnnounceFocus(TreeRows& rows, const Node& node);
+    static void AnnounceSelection(TreeRows& rows, const Node& node);
     static void AnnounceCheck(TreeRows& rows, const Node& node);
     static void AnnounceBranch(TreeRows& rows, const Node& node);
 

@@ -9,6 +9,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace rivenfall {
 
@@ -82,6 +83,7 @@ void TreeRows::ApplyChanges() {
     pobjModel->EndChanges();
     OpenBranches();
     ShowSelection();
+    AnnounceSelection();
 }
 
 void TreeRows::OpenBranches() {
@@ -124,7 +126,24 @@ void TreeRows::SetSelected(Node* node) {
     pobjSelected = node;
     if (!pobjModel->Changing()) {
         ShowSelection();
+        AnnounceSelection();
     }
+}
+
+void TreeRows::AnnounceSelection() {
+    if (pobjAnnounced == pobjSelected) {
+        return;
+    }
+    if (const Node* const former = std::exchange(pobjAnnounced, pobjSelected)) {
+        TreeAccessibility::AnnounceSelection(*this, *former);
+    }
+    if (!pobjSelected) {
+        return;
+    }
+    if (hasFocus()) {
+        TreeAccessibility::AnnounceFocus(*this, *pobjSelected);
+    }
+    TreeAccessibility::AnnounceSelection(*this, *pobjSelected);
 }
 
 std::vector<Node*> TreeRows::RowsInView() {
@@ -174,6 +193,9 @@ void TreeRows::scrollTo(const QModelIndex& index, ScrollHint hint) {
 }
 
 void TreeRows::Forget(Node& node) {
+    if (pobjAnnounced == &node) {
+        pobjAnnounced = nullptr;
+    }
     if (pobjPressedBox == &node) {
         pobjPressedBox = nullptr;
     }
@@ -186,6 +208,7 @@ void TreeRows::Forget(Node& node) {
 
 void TreeRows::ForgetAll() {
     pobjSelected = nullptr;
+    pobjAnnounced = nullptr;
     pobjPressedBox = nullptr;
     pobjPendingEvents.clear();
     if (pobjAccessibility) {
@@ -213,9 +236,12 @@ void TreeRows::focusInEvent(QFocusEvent* event) {
     QTreeView::focusInEvent(event);
     // Qt's view makes the first row current where none is.
     ShowSelection();
-    if (pobjSelected) {
-        TreeAccessibility::AnnounceFocus(*this, *pobjSelected);
-    }
+    // Qt announces the tree itself behind this event. The last word is the row's.
+    QTimer::singleShot(0, this, [this] {
+        if (hasFocus() && pobjSelected) {
+            TreeAccessibility::AnnounceFocus(*this, *pobjSelected);
+        }
+    });
 }
 
 void TreeRows::changeEvent(QEvent* event) {
@@ -226,11 +252,8 @@ void TreeRows::changeEvent(QEvent* event) {
 }
 
 void TreeRows::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
-    // The base class's announcement would name a cell of a table, which the tree here is not.
+    // QTreeView would announce a cell of a table, and before the row counts as selected.
     QAbstractItemView::currentChanged(current, previous);
-    if (current.isValid() && hasFocus()) {
-        TreeAccessibility::AnnounceFocus(*this, *TreeModel::NodeAt(current));
-    }
 }
 
 void TreeRows::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {

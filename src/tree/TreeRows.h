@@ -114,6 +114,7 @@ private:
     void ApplyChanges();
     void OpenBranches();
     void ShowSelection();
+    void AnnounceSelection();
     void FitColumn();
     void OpenWholeBranch(Node& node);
     void BranchChanged(const QModelIndex& index, bool expanded);
@@ -131,6 +132,7 @@ private:
     TreeAccessibility* pobjAccessibility = nullptr;
     QTimer pobjApplyTimer;
     Node* pobjSelected = nullptr;
+    Node* pobjAnnounced = nullptr; ///< The selected node as screen readers know it.
     int plngWidestRow = 0;
     bool pblnFitting = false;
     bool pblnReachable = true;

@@ -77,6 +77,7 @@ void TreeRows::FinishUserAction() {
     if (current && (current != pobjSelected || pblnRowChosen)) {
         pobjSelected = current;
         ShowSelection();
+        AnnounceSelection();
         Raise(&TreeRows::RowChosen, *current);
     }
     pblnRowChosen = false;
