@@ -19,6 +19,11 @@ QString TreeRowDelegate::displayText(const QVariant& value, const QLocale&) cons
     return RowText(value.toString());
 }
 
+QSize TreeRowDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                const QModelIndex& index) const {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2);
+}
+
 void TreeRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const {
     QStyledItemDelegate::paint(painter, option, index);
@@ -28,6 +33,11 @@ void TreeRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     outline.setAlphaF(0.5F);
     painter->setPen(outline);
     painter->drawRect(CheckBox(option, index).adjusted(0, 0, -1, -1));
+    // Most of them show a selected row alike with and without the keyboard.
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        painter->setPen(option.palette.color(QPalette::HighlightedText));
+        painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+    }
     painter->restore();
 }
 

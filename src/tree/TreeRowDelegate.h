@@ -16,6 +16,9 @@ public:
     /// What the row of a node with the text @p value shows.
     QString displayText(const QVariant& value, const QLocale& locale) const override;
 
+    /// High enough that the check boxes of neighbouring rows don't touch.
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
 

@@ -6,6 +6,7 @@
 #include "tree/TreeRowDelegate.h"
 
 #include <QHeaderView>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -258,6 +259,14 @@ void TreeRows::currentChanged(const QModelIndex& current, const QModelIndex& pre
 
 void TreeRows::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QAbstractItemView::selectionChanged(selected, deselected);
+}
+
+void TreeRows::DrawFocusFrame() {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Highlight));
+    for (int inset = 0; inset < frameWidth(); ++inset) {
+        painter.drawRect(rect().adjusted(inset, inset, -1 - inset, -1 - inset));
+    }
 }
 
 void TreeRows::scrollContentsBy(int dx, int dy) {

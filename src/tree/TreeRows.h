@@ -116,6 +116,7 @@ private:
     void ShowSelection();
     void AnnounceSelection();
     void FitColumn();
+    void DrawFocusFrame();
     void OpenWholeBranch(Node& node);
     void BranchChanged(const QModelIndex& index, bool expanded);
     bool OnCheckBox(const QModelIndex& index, const QPoint& position) const;

@@ -95,6 +95,9 @@ bool TreeRows::event(QEvent* event) {
     ApplyChanges();
     bool handled = false;
     DoAsUser([&] { handled = QTreeView::event(event); });
+    if (event->type() == QEvent::Paint && hasFocus()) {
+        DrawFocusFrame();
+    }
     return handled;
 }
 
