@@ -80,8 +80,7 @@ public:
         const std::vector<Node*> rows = Rows().RowsInView();
         QAccessible::State state;
         state.disabled = !Rows().isEnabled();
-        state.invisible =
-            &TreeRows::VisibleAncestorOrSelf(Item) != &Item || !Rows().isVisible();
+        state.invisible = &TreeRows::VisibleAncestorOrSelf(Item) != &Item || !Rows().isVisible();
         state.offscreen = std::find(rows.begin(), rows.end(), &Item) == rows.end();
         state.selectable = true;
         state.selected = Item.Selected();
