@@ -1,6 +1,11 @@
 #include "controls/MessageDialog.h"
 
-#include <QApplication>
+#include "support/DialogOwner.h"
+
+#include <QCoreApplication>
+#include <QFontDatabase>
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QMessageBox>
 
 namespace rivenfall {
@@ -16,6 +21,28 @@ QMessageBox::Icon IconOf(MessageBoxStyle style) {
     default:
         return QMessageBox::NoIcon;
     }
+}
+
+QMessageBox::StandardButtons ButtonsOf(MessageBoxStyle style) {
+    switch (style) {
+    case MessageBoxStyle::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case MessageBoxStyle::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    default:
+        return QMessageBox::Ok;
+    }
+}
+
+/// Keeps @p box wide enough for its title. The box reckons with the title's letters alone, where
+/// the frame shows them in bold, with an icon and buttons beside them.
+void MakeRoomForTitle(QMessageBox& box) {
+    constexpr int roomBesideTitle = 140;
+    QFont font = QFontDatabase::systemFont(QFontDatabase::TitleFont);
+    font.setBold(true);
+    const int width = QFontMetrics(font).horizontalAdvance(box.windowTitle()) + roomBesideTitle;
+    auto* layout = qobject_cast<QGridLayout*>(box.layout());
+    layout->addItem(new QSpacerItem(width, 0), layout->rowCount(), 0, 1, layout->columnCount());
 }
 
 MessageBoxAnswer AnswerOf(int button) {
@@ -35,12 +62,15 @@ MessageBoxAnswer AnswerOf(int button) {
 
 MessageBoxAnswer ShowMessageDialog(const QString& text, MessageBoxStyle style,
                                    const QString& title) {
-    const bool question = style == MessageBoxStyle::YesNoCancel;
     QMessageBox box(IconOf(style), title.isEmpty() ? QCoreApplication::applicationName() : title,
-                    text,
-                    question ? QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel
-                             : QMessageBox::StandardButtons(QMessageBox::Ok),
-                    QApplication::activeWindow());
+                    text, ButtonsOf(style), DialogOwner());
+    // Left to itself the box has the button that its desktop puts first answer Enter.
+    if (box.button(QMessageBox::Yes)) {
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(box.button(QMessageBox::Cancel) ? QMessageBox::Cancel
+                                                            : QMessageBox::No);
+    }
+    MakeRoomForTitle(box);
     box.setTextFormat(Qt::PlainText);
     return AnswerOf(box.exec());
 }

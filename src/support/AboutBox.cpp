@@ -1,6 +1,6 @@
+#include "support/DialogOwner.h"
 #include "support/SupportLibrary.h"
 
-#include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -40,7 +40,7 @@ QLabel* Picture(const QString& icon, QWidget* parent) {
 
 void SupportLibrary::ShowAbout(const QString& Title, const QString& Icon, const QString& Notice,
                                const std::array<QString, 3>& Lines) {
-    QDialog box(QApplication::activeWindow());
+    QDialog box(DialogOwner());
     box.setWindowTitle(Title);
     auto* layout = new QGridLayout(&box);
     layout->setSizeConstraint(QLayout::SetFixedSize);

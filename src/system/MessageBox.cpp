@@ -12,7 +12,14 @@ MessageBoxHandler CurrentHandler;
 MessageBoxAnswer WriteToStandardError(QString text, MessageBoxStyle style) {
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     std::fprintf(stderr, "%s\n", qUtf8Printable(text));
-    return style == MessageBoxStyle::YesNoCancel ? MessageBoxAnswer::Cancel : MessageBoxAnswer::Ok;
+    switch (style) {
+    case MessageBoxStyle::YesNoCancel:
+        return MessageBoxAnswer::Cancel;
+    case MessageBoxStyle::YesNo:
+        return MessageBoxAnswer::No;
+    default:
+        return MessageBoxAnswer::Ok;
+    }
 }
 
 } // namespace

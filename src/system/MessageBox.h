@@ -10,6 +10,7 @@ namespace rivenfall {
 enum class MessageBoxStyle {
     Plain = 0,       ///< An OK button, no icon.
     YesNoCancel = 3, ///< Yes, No and Cancel, no icon.
+    YesNo = 4,       ///< Yes and No, no icon.
     Error = 16,      ///< An OK button and the error icon.
     Exclamation = 48 ///< An OK button and the exclamation icon.
 };
@@ -17,8 +18,9 @@ enum class MessageBoxStyle {
 /// The answers to a message box.
 enum class MessageBoxAnswer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 
-/// Shows a message box until the user has answered it, and gives the answer. Escape answers
-/// Cancel where there is one. An empty @p title shows the platform's own.
+/// Shows a message box until the user has answered it, and gives the answer. Enter answers
+/// Yes where there is one; Escape answers Cancel, or No where there is no Cancel. An empty @p title
+/// shows the platform's own.
 MessageBoxAnswer MessageBox(const QString& text, MessageBoxStyle style, const QString& title = {});
 
 /// Something that shows message boxes and gives the user's answer.
@@ -27,7 +29,7 @@ using MessageBoxHandler = std::function<MessageBoxAnswer(const QString& text, Me
 
 /// Has @p handler show every message box from here on, and gives the one that did so before. The
 /// desktop sets one at its start, and tests another. Without one a message goes to standard error,
-/// and a question is answered with Cancel.
+/// and a question is answered as Escape would.
 MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler);
 
 } // namespace rivenfall
