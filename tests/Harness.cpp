@@ -15,14 +15,16 @@ User::User() {
             Asked += u"%1|%2|%3"_s.arg(text).arg(static_cast<int>(style)).arg(title);
             if (Answers.empty()) {
                 return style == MessageBoxStyle::YesNoCancel ? MessageBoxAnswer::Cancel
+                       : style == MessageBoxStyle::YesNo     ? MessageBoxAnswer::No
                                                              : MessageBoxAnswer::Ok;
             }
             const MessageBoxAnswer answer = Answers.front();
             Answers.pop_front();
             return answer;
         });
-    SetFileDialogHandler([this](const QString& title) {
+    SetFileDialogHandler([this](const QString& title, const QString& start) {
         Dialogs += title;
+        Offered = start;
         if (Files.empty()) {
             return QString();
         }

@@ -27,12 +27,14 @@ struct User {
 
     /// Each message box: its text, style and title, joined by "|".
     QStringList Asked;
-    /// The answers to the next message boxes; OK or Cancel where there is none left.
+    /// The answers to the next message boxes; OK, Cancel or No where there is none left.
     std::deque<MessageBoxAnswer> Answers;
     /// The paths that the next file dialogs give; cancelled where there is none left.
     std::deque<QString> Files;
     /// The caption of each file dialog.
     QStringList Dialogs;
+    /// The path that the latest file dialog started from.
+    QString Offered;
 
 private:
     MessageBoxHandler Former;

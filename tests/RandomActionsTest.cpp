@@ -302,10 +302,18 @@ QString RandomActions::AnswerWhetherToSave(bool& goesOn, bool evenUnsaved) {
     return answer + choice;
 }
 
-/// What the user chooses where the program asks for a file to save to.
+/// What the user chooses in the dialogs for a file to save to, until the program takes it.
 QString RandomActions::InventFileToSaveTo(QString& file) {
-    file = AnyOf({QString(), u"a.tvq"_s, u"b.tvq"_s, u"nowhere/a.tvq"_s});
-    return u"pick:%1 "_s.arg(file);
+    QString script;
+    bool taken = true;
+    do {
+        file = AnyOf({QString(), u"a.tvq"_s, u"b.tvq"_s, u"b"_s, u"nowhere/a.tvq"_s});
+        script += u"pick:%1 "_s.arg(file);
+        file += file == u"b" ? u".tvq"_s : QString();
+        taken = !Plain.Disk.contains(file) || Below(2) == 0;
+        script += !Plain.Disk.contains(file) ? QString() : taken ? u"yes "_s : u"no "_s;
+    } while (!taken);
+    return script;
 }
 
 QString RandomActions::PressNew() {

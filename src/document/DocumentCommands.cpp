@@ -24,6 +24,7 @@ void Application::ConfigureFileDialog(const QString& title, FileDialogPurpose pu
     pobjFileDialog->SetDialogFlag5(false);
     pobjFileDialog->SetDialogFlag6(!opening);
     pobjFileDialog->SetDialogFlag7(opening);
+    pobjFileDialog->SetDocument(pstrFileName);
 }
 
 bool Application::AskOpenFileName() {

@@ -1,7 +1,12 @@
 #include "support/FileDialog.h"
 
-#include <QApplication>
+#include "support/DialogOwner.h"
+#include "support/Title.h"
+#include "system/MessageBox.h"
+
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 
 namespace rivenfall {
 
@@ -20,23 +25,66 @@ void FileDialog::ShowSave() {
 }
 
 void FileDialog::Show(FileDialogPurpose purpose) {
-    const QString chosen = CurrentHandler ? CurrentHandler(pstrTitle) : AskUser(purpose);
+    const bool saving = purpose == FileDialogPurpose::Save;
+    QString start = StartFolder() + u'/';
+    if (saving) {
+        start += QFileInfo(pstrDocument).fileName();
+    }
+    QString chosen;
+    do {
+        chosen = CurrentHandler ? CurrentHandler(pstrTitle, start) : AskUser(purpose, start);
+        if (saving) {
+            chosen = WithExtension(chosen);
+        }
+        start = chosen;
+    } while (saving && !MayBeReplaced(chosen));
+
     pblnCancelled = chosen.isEmpty();
     if (!pblnCancelled) {
         pstrFileName = chosen;
     }
 }
 
-QString FileDialog::AskUser(FileDialogPurpose purpose) const {
-    QFileDialog dialog(QApplication::activeWindow(), pstrTitle, pstrInitialDirectory);
+/// A folder that the user can't write to, as that of an installed program, counts as none.
+QString FileDialog::StartFolder() const {
+    if (!pstrInitialDirectory.isEmpty() && QFileInfo(pstrInitialDirectory).isWritable()) {
+        return pstrInitialDirectory;
+    }
+    return pstrDocument.isEmpty() ? QDir::currentPath() : QFileInfo(pstrDocument).path();
+}
+
+/// Lets the user choose, from the path @p start on: its folder, and the name behind it on offer.
+QString FileDialog::AskUser(FileDialogPurpose purpose, const QString& start) const {
+    QFileDialog dialog(DialogOwner(), pstrTitle, QFileInfo(start).path());
     dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(pstrFilter.section(u'|', 0, 0),
                                                        pstrFilter.section(u'|', 1, 1)));
-    dialog.setDefaultSuffix(pstrDefaultExtension.mid(1));
-    dialog.setAcceptMode(purpose == FileDialogPurpose::Open ? QFileDialog::AcceptOpen
-                                                            : QFileDialog::AcceptSave);
+    if (purpose == FileDialogPurpose::Open) {
+        dialog.setAcceptMode(QFileDialog::AcceptOpen);
+        dialog.setDefaultSuffix(pstrDefaultExtension.mid(1));
+    } else {
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        // Some desktops' dialogs ask before the extension is there, and so about another file.
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);
+        dialog.selectFile(QFileInfo(start).fileName());
+    }
     dialog.setFileMode(pblnFileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite, !pblnAskBeforeOverwriting);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+QString FileDialog::WithExtension(const QString& path) const {
+    const QFileInfo file(path);
+    const bool complete = path.isEmpty() || file.isDir() || file.fileName().contains(u'.');
+    return complete ? path : path + pstrDefaultExtension;
+}
+
+/// Asks about files alone: what else there is can't be replaced, and the save will say so.
+bool FileDialog::MayBeReplaced(const QString& path) const {
+    if (!pblnAskBeforeOverwriting || !QFileInfo(path).isFile()) {
+        return true;
+    }
+    const QString question = QStringLiteral("\"%1\" exists already.\r\nDo you want to replace it?");
+    return MessageBox(question.arg(QFileInfo(path).fileName()), MessageBoxStyle::YesNo,
+                      ProgramTitle()) == MessageBoxAnswer::Yes;
 }
 
 void SetFileDialogHandler(FileDialogHandler handler) {

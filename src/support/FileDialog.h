@@ -40,17 +40,23 @@ public:
     /// Without a meaning on this platform.
     void SetDialogFlag4(bool) {}
 
-    /// The folder that the next dialog starts in; empty leaves it to the platform.
+    /// The folder that the next dialog starts in. An empty one, and one that the user can't write
+    /// to, leaves it to the document's folder, or to the current directory where it has none.
     void SetInitialDirectory(const QString& directory) { pstrInitialDirectory = directory; }
 
     /// Without a meaning on this platform.
     void SetDialogFlag5(bool) {}
 
-    /// True asks the user before a file that exists is chosen.
+    /// True asks the user before a file that exists is chosen to save to, once its name is
+    /// complete. The answer No leads back to the dialog.
     void SetDialogFlag6(bool flag) { pblnAskBeforeOverwriting = flag; }
 
     /// Without a meaning on this platform.
     void SetDialogFlag7(bool) {}
+
+    /// The full path of the document that a file is chosen for, empty if it has none. Its name is
+    /// on offer in ShowSave.
+    void SetDocument(const QString& path) { pstrDocument = path; }
 
     /// Lets the user choose a file to open. Returns when the dialog is closed.
     void ShowOpen();
@@ -60,7 +66,10 @@ public:
 
 private:
     void Show(FileDialogPurpose purpose);
-    QString AskUser(FileDialogPurpose purpose) const;
+    QString StartFolder() const;
+    QString AskUser(FileDialogPurpose purpose, const QString& start) const;
+    QString WithExtension(const QString& path) const;
+    bool MayBeReplaced(const QString& path) const;
 
     bool pblnCancelled = false;
     bool pblnFileMustExist = false;
@@ -70,14 +79,17 @@ private:
     QString pstrFileName;
     QString pstrFilter;
     QString pstrInitialDirectory;
+    QString pstrDocument;
 };
 
-/// Something that chooses in the user's place: it is told the dialog's caption and gives a path,
-/// or an empty text to cancel.
-using FileDialogHandler = std::function<QString(const QString& title)>;
+/// Something that chooses in the user's place: it is told the dialog's caption and the path that
+/// the dialog starts from, a folder with a slash or with the name on offer behind it, and gives a
+/// path, or an empty text to cancel.
+using FileDialogHandler = std::function<QString(const QString& title, const QString& start)>;
 
-/// Has @p handler answer every file dialog from here on instead of the user; an empty one gives
-/// them back to the user. For tests.
+/// Has @p handler choose in every file dialog from here on instead of the user; an empty one gives
+/// them back to the user. What is asked about the choice goes to MessageBox in both cases. For
+/// tests.
 void SetFileDialogHandler(FileDialogHandler handler);
 
 } // namespace rivenfall
