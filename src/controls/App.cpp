@@ -33,6 +33,14 @@ void ReportConnection(QtMsgType type, const QMessageLogContext&, const QString& 
     }
 }
 
+/// Where the screen goes away Qt calls exit() from inside its reader of events, and the windows
+/// can't be taken down any more: what of Qt they need is already gone when their turn comes.
+void EndUntidily() {
+    if (QCoreApplication::instance()) {
+        std::_Exit(EXIT_FAILURE);
+    }
+}
+
 } // namespace
 
 App::App(int argc, char** argv) : plngArgumentCount(argc) {
@@ -40,6 +48,7 @@ App::App(int argc, char** argv) : plngArgumentCount(argc) {
     qInstallMessageHandler(ReportConnection);
     pobjApplication = std::make_unique<QApplication>(plngArgumentCount, argv);
     qInstallMessageHandler(nullptr);
+    std::atexit(EndUntidily);
     SetMessageBoxHandler(ShowMessageDialog);
     CommandLineItems.clear();
     for (int position = 1; position < plngArgumentCount; ++position) {
