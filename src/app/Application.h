@@ -173,6 +173,9 @@ private:
     bool WriteDocument(const QString& formerFileName);
     void AllowDocumentCommands();
 
+    // window/MenuCommands.cpp
+    void ShowLeaving();
+
     // window/TreePresentation.cpp
     void ShowFileTitle();
     int CoverTree();

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QSessionManager>
 
 namespace rivenfall {
@@ -37,7 +38,8 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override {
-        event->setAccepted(Owner.MayUnload(FormUnloadMode::ControlMenu));
+        // What lets the form go hides it, at once or when it has come to its end.
+        event->setAccepted(Owner.MayUnload(FormUnloadMode::ControlMenu) && !isVisible());
     }
 
     void resizeEvent(QResizeEvent* event) override {
@@ -142,6 +144,13 @@ void Form::Unload() {
     if (MayUnload(FormUnloadMode::Code)) {
         Hide();
     }
+}
+
+void Form::Disable() {
+    for (QAction* entry : pobjWindow->menuBar()->findChildren<QAction*>()) {
+        entry->setEnabled(false);
+    }
+    pobjWindow->setEnabled(false);
 }
 
 QWidget* Form::Client() const {

@@ -72,6 +72,10 @@ public:
     /// objects stay until its owner lets go of it.
     void Unload();
 
+    /// Has no control and no menu of the form answer the user any more. Called when the form is
+    /// about to go and stays on the screen until what goes on has ended.
+    void Disable();
+
     /// The container of the form's own controls and menus. Owned by the form.
     QWidget* Client() const;
 
@@ -80,6 +84,7 @@ public:
 
 Q_SIGNALS:
     /// The form is about to go for the reason @p UnloadMode. Writing True to @p Cancel keeps it.
+    /// Otherwise who receives this hides the form, at once or later: closing it doesn't.
     void QueryUnload(bool& Cancel, rivenfall::FormUnloadMode UnloadMode);
 
     /// The client area has another size, or the window another state.

@@ -134,6 +134,7 @@ bool Application::Quit() {
     pobjCompilers.reset();
     pobjVariables->Dispose();
     pobjVariables.reset();
+    ShowLeaving();
     SetGlobalApplication(nullptr);
     return true;
 }

@@ -49,4 +49,9 @@ void Application::pobjForm_QueryUnload(bool& Cancel, FormUnloadMode UnloadMode) 
 
 void Application::pobjForm_Resize() {}
 
+/// A run that goes on keeps the window on the screen until it has ended.
+void Application::ShowLeaving() {
+    pobjForm->Disable();
+}
+
 } // namespace rivenfall
