@@ -11,6 +11,7 @@
 #include <QLayout>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QPointer>
 #include <QSessionManager>
 
 namespace rivenfall {
@@ -36,6 +37,12 @@ class FormWindow : public QMainWindow {
 public:
     explicit FormWindow(Form& owner) : Owner(owner) {}
 
+    /// Has @p home get the focus that nobody else can have.
+    void SetHome(QWidget* home) {
+        Home = home;
+        Home->installEventFilter(this);
+    }
+
 protected:
     void closeEvent(QCloseEvent* event) override {
         // What lets the form go hides it, at once or when it has come to its end.
@@ -60,7 +67,28 @@ protected:
         }
     }
 
+    bool focusNextPrevChild(bool next) override {
+        const QWidget* focused = focusWidget();
+        if (!Home || !focused || focused->isEnabled()) {
+            return QMainWindow::focusNextPrevChild(next);
+        }
+        // Not the Tab key: a control was disabled while it had the focus.
+        if (Home->isEnabled()) {
+            Home->setFocus(Qt::OtherFocusReason);
+        }
+        return Home->isEnabled();
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == Home && event->type() == QEvent::EnabledChange && Home->isEnabled() &&
+            !focusWidget()) {
+            Home->setFocus(Qt::OtherFocusReason);
+        }
+        return QMainWindow::eventFilter(watched, event);
+    }
+
 private:
+    QPointer<QWidget> Home;
     Form& Owner;
 };
 
@@ -167,6 +195,10 @@ void Form::SetDefaultButton(CommandButton& button) {
 
 void Form::SetCancelButton(CommandButton& button) {
     pobjCancelButton = &button;
+}
+
+void Form::SetHomeControl(Control& control) {
+    static_cast<FormWindow*>(pobjWindow.get())->SetHome(control.Widget());
 }
 
 void Form::LeaveFocusWhenShown() {

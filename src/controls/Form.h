@@ -12,6 +12,7 @@ class QWidget;
 namespace rivenfall {
 
 class CommandButton;
+class Control;
 
 /// Whether the user can change a form's size.
 enum class FormBorder {
@@ -100,6 +101,10 @@ protected:
 
     /// The button that Escape presses while it is enabled.
     void SetCancelButton(CommandButton& button);
+
+    /// Gives the focus to @p control, a control of the form, whenever the one that has it is
+    /// disabled. While @p control is disabled itself, it waits until it isn't.
+    void SetHomeControl(Control& control);
 
     /// Has Show leave the keyboard to the window that the user is working in.
     void LeaveFocusWhenShown();

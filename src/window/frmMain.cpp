@@ -48,6 +48,7 @@ frmMain::frmMain()
 
     SetDefaultButton(cmdOK);
     SetCancelButton(cmdCancel);
+    SetHomeControl(txtValue);
     AskAtSessionEnd();
 }
 
