@@ -22,4 +22,15 @@ TEST_F(FocusTest, GoesBackToTheValueBox) {
     EXPECT_EQ(Window().Window()->focusWidget(), Box());
 }
 
+TEST_F(FocusTest, TheWheelChangesNoTab) {
+    Open("a", "X", "type:+");
+    for (QWidget* place : std::initializer_list<QWidget*>{Tabs(), Window().udnMove.Widget(), Box()})
+        for (const int turn : {-120, 120}) {
+            QWheelEvent wheel(QPointF(5, 5), place->mapToGlobal(QPointF(5, 5)), {}, {0, turn}, {},
+                              {}, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(place, &wheel);
+        }
+    EXPECT_EQ(Look(), "*a N-MVOC a+");
+}
+
 } // namespace
