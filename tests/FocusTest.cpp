@@ -1,5 +1,10 @@
 #include "WindowDriver.h"
 
+#include <QClipboard>
+#include <QInputMethodEvent>
+#include <QMenu>
+#include <QToolButton>
+
 using namespace rivenfall;
 
 namespace {
@@ -31,6 +36,48 @@ TEST_F(FocusTest, TheWheelChangesNoTab) {
             QApplication::sendEvent(place, &wheel);
         }
     EXPECT_EQ(Look(), "*a N-MVOC a+");
+}
+
+TEST_F(FocusTest, WhatComesIntoTheBoxIsOneLine) {
+    const auto pasteFromMenu = [this] {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, Box()->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(Box(), &event);
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        QTest::keyClick(menu, Qt::Key_P);
+    };
+    const auto compose = [this] {
+        QInputMethodEvent event;
+        event.setCommitString(QGuiApplication::clipboard()->text());
+        QApplication::sendEvent(Box(), &event);
+    };
+    for (const QString& text : {u"T U"_s, u"T U\n"_s, u"T U\r\nV"_s, u"T U\u2028V\nW"_s}) {
+        QGuiApplication::clipboard()->setText(text);
+        for (const std::function<void()>& bring : std::initializer_list<std::function<void()>>{
+                 [this] { Act("Value:Ctrl+V"); }, [this] { Act("Value:Shift+Ins"); }, pasteFromMenu,
+                 compose}) {
+            Open("abc", "X");
+            Box()->setSelection(1, 1);
+            bring();
+            EXPECT_EQ(Look(), "*abc N-MVOC aT Uc");
+        }
+    }
+    // What a document holds stays as it is.
+    Open("a", "X(1\n2)", "tab:2 Value:Down type:+ Ok");
+    EXPECT_EQ(Stored(2), "X(1\n2+)");
+}
+
+TEST_F(FocusTest, ALongValueShowsHowItBegins) {
+    const std::string value = std::string(100, 'v');
+    Open((value + ",b," + value).c_str(), "X", "Value:Down");
+    EXPECT_EQ(Box()->cursorPosition(), 1);
+    for (const char* selecting : {"Value:Up", "click:3"}) {
+        Act(selecting);
+        EXPECT_EQ(Box()->cursorPosition(), 0);
+    }
+    // Who stores a text may type on.
+    Expect("Value Value:End type:1 Value:Enter type:2",
+           value + ",b,*" + value + "1 NRMVOC " + value + "12 changed");
 }
 
 } // namespace

@@ -2,14 +2,21 @@
 
 #include "controls/Twips.h"
 
+#include <QAction>
+#include <QClipboard>
+#include <QContextMenuEvent>
 #include <QDragEnterEvent>
 #include <QDragLeaveEvent>
 #include <QDragMoveEvent>
 #include <QDropEvent>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
 #include <QRegularExpression>
+#include <QStyleOptionFrame>
 
 #include <limits>
 
@@ -47,6 +54,12 @@ DropEffects EffectOf(Qt::DropActions actions) {
     return effect;
 }
 
+/// What the box takes of a text that the user brings in, as it holds one line.
+QString FirstLine(const QString& text) {
+    static const QRegularExpression lineBreak(QStringLiteral("[\r\n\u2028\u2029]"));
+    return text.section(lineBreak, 0, 0);
+}
+
 /// The widget behind a TextBox: hands keys and drags to the control before it acts on them.
 class ValueLine : public QLineEdit {
 public:
@@ -58,13 +71,58 @@ public:
 
     void SetOwner(TextBox* owner) { Owner = owner; }
 
+    /// True if all of the text can be in view at once.
+    bool FitsItsText() const {
+        QStyleOptionFrame option;
+        initStyleOption(&option);
+        const QRect place = style()->subElementRect(QStyle::SE_LineEditContents, &option, this);
+        // Measuring a text takes as long as it is; one of more characters doesn't fit for sure.
+        const QString start = text().left(place.width());
+        return start.size() == text().size() &&
+               fontMetrics().horizontalAdvance(start) + 2 * MarginBesideText < place.width();
+    }
+
 protected:
     void keyPressEvent(QKeyEvent* event) override {
         KeyCode key = KeyCodeOf(*event);
         Q_EMIT Owner->KeyDown(key, ShiftOf(event->modifiers()));
-        if (key != KeyCode::None) {
+        if (key == KeyCode::None) {
+            return;
+        }
+        const bool selection =
+            event->key() == Qt::Key_Insert && event->modifiers().testFlag(Qt::ControlModifier);
+        if (!event->matches(QKeySequence::Paste) ||
+            !PastedFirstLine(selection ? QClipboard::Selection : QClipboard::Clipboard)) {
             QLineEdit::keyPressEvent(event);
         }
+    }
+
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        if (event->button() != Qt::MiddleButton || !PastedFirstLine(QClipboard::Selection)) {
+            QLineEdit::mouseReleaseEvent(event);
+        }
+    }
+
+    void contextMenuEvent(QContextMenuEvent* event) override {
+        QMenu* menu = createStandardContextMenu();
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        for (QAction* entry : menu->actions()) {
+            if (entry->text().startsWith(QLineEdit::tr("&Paste"))) {
+                entry->disconnect(this);
+                connect(entry, &QAction::triggered, this, [this] {
+                    if (!PastedFirstLine(QClipboard::Clipboard)) {
+                        paste();
+                    }
+                });
+            }
+        }
+        menu->popup(event->globalPos());
+    }
+
+    void inputMethodEvent(QInputMethodEvent* event) override {
+        event->setCommitString(FirstLine(event->commitString()), event->replacementStart(),
+                               event->replacementLength());
+        QLineEdit::inputMethodEvent(event);
     }
 
     void dragEnterEvent(QDragEnterEvent* event) override { Offer(event, DragOverState::Enter); }
@@ -78,6 +136,10 @@ protected:
     }
 
     void dropEvent(QDropEvent* event) override {
+        if (event->source() == this) {
+            event->ignore();
+            return;
+        }
         DropEffects effect = EffectOf(event->possibleActions());
         const QPoint place = event->position().toPoint();
         Q_EMIT Owner->OLEDragDrop(DataObject(*event->mimeData()), effect,
@@ -87,7 +149,24 @@ protected:
     }
 
 private:
+    /// Pastes the first of several lines. A text of one line is left to Qt, which can undo it by
+    /// itself.
+    bool PastedFirstLine(QClipboard::Mode mode) {
+        const QString text = QGuiApplication::clipboard()->text(mode);
+        const QString line = FirstLine(text);
+        if (line.size() == text.size()) {
+            return false;
+        }
+        insert(line);
+        return true;
+    }
+
     void Offer(QDragMoveEvent* event, DragOverState state) {
+        // The box's own selection would come in its own place.
+        if (event->source() == this) {
+            event->ignore();
+            return;
+        }
         DropEffects effect = EffectOf(event->possibleActions());
         const QPoint place = event->position().toPoint();
         Q_EMIT Owner->OLEDragOver(DataObject(*event->mimeData()), effect,
@@ -104,6 +183,9 @@ private:
         event->setDropAction(Qt::CopyAction);
         event->accept();
     }
+
+    /// What Qt leaves free on both sides of the text, in pixels.
+    static constexpr int MarginBesideText = 2;
 
     TextBox* Owner = nullptr;
 };
@@ -124,7 +206,16 @@ QString TextBox::Text() const {
 }
 
 void TextBox::SetText(const QString& text) {
-    LineOf(*this)->setText(text);
+    ValueLine* line = LineOf(*this);
+    // Who has just stored a text may type on where the caret is.
+    const bool typesOn = line->hasFocus() && line->text() == text;
+    const int caret = line->cursorPosition();
+    line->setText(text);
+    if (typesOn) {
+        line->setCursorPosition(caret);
+    } else if (!line->FitsItsText()) {
+        line->setCursorPosition(0);
+    }
 }
 
 QString TextBox::SelText() const {
@@ -132,8 +223,7 @@ QString TextBox::SelText() const {
 }
 
 void TextBox::SetSelText(const QString& text) {
-    static const QRegularExpression lineBreak(QStringLiteral("[\r\n]"));
-    LineOf(*this)->insert(text.section(lineBreak, 0, 0));
+    LineOf(*this)->insert(FirstLine(text));
 }
 
 } // namespace rivenfall

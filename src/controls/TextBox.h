@@ -20,7 +20,8 @@ enum class DragOverState {
     Over = 2   ///< It moves over the box.
 };
 
-/// A box for one line of text that leaves drops to its owner.
+/// A box for one line of text that leaves drops to its owner. What the user brings in, by whatever
+/// means, ends at its first line break.
 class TextBox : public Control {
     Q_OBJECT
 
@@ -28,12 +29,14 @@ public:
     /// Makes the box in @p container, which shares its ownership as Control tells.
     explicit TextBox(QWidget* container);
 
-    /// The whole text. Writing raises Change if the text becomes another.
+    /// The whole text. Writing raises Change if the text becomes another. The caret goes behind the
+    /// text, or before one that is too long to be seen whole; it stays where the user types and
+    /// the text is the same.
     QString Text() const;
     void SetText(const QString& text);
 
-    /// The selected text. Writing replaces it, or inserts at the caret if nothing is selected;
-    /// what is written ends at its first line break, as the box holds one line.
+    /// The selected text. Writing replaces it, or inserts at the caret if nothing is selected, as
+    /// if the user brought it in.
     QString SelText() const;
     void SetSelText(const QString& text);
 
