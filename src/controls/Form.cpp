@@ -13,6 +13,8 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QSessionManager>
+#include <QTimer>
+#include <QWindow>
 
 namespace rivenfall {
 
@@ -41,6 +43,20 @@ public:
     void SetHome(QWidget* home) {
         Home = home;
         Home->installEventFilter(this);
+    }
+
+    void BringToFront() {
+        raise();
+        if (!windowHandle()) {
+            return;
+        }
+        if (!windowHandle()->isExposed()) {
+            // The window manager may not have it yet, and then puts it where it thinks fit.
+            RaiseIsDue = true;
+            windowHandle()->installEventFilter(this);
+        } else if (QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"))) {
+            AskForActivation();
+        }
     }
 
 protected:
@@ -84,11 +100,29 @@ protected:
             !focusWidget()) {
             Home->setFocus(Qt::OtherFocusReason);
         }
+        if (watched == windowHandle() && event->type() == QEvent::Expose && RaiseIsDue &&
+            windowHandle()->isExposed()) {
+            RaiseIsDue = false;
+            QTimer::singleShot(0, this, &QWidget::raise);
+        }
         return QMainWindow::eventFilter(watched, event);
     }
 
 private:
+    /// On Wayland a window can't raise itself, only ask in the name of the one that the user works
+    /// in. Behind a menu that has just closed there is none for a moment.
+    void AskForActivation() {
+        if (QGuiApplication::focusWindow()) {
+            windowHandle()->requestActivate();
+        } else {
+            connect(
+                qGuiApp, &QGuiApplication::focusWindowChanged, this, [this] { AskForActivation(); },
+                Qt::SingleShotConnection);
+        }
+    }
+
     QPointer<QWidget> Home;
+    bool RaiseIsDue = false;
     Form& Owner;
 };
 
@@ -165,7 +199,7 @@ void Form::Hide() {
 }
 
 void Form::ZOrder(int) {
-    pobjWindow->raise();
+    pobjWindow->BringToFront();
 }
 
 void Form::Unload() {
@@ -198,7 +232,7 @@ void Form::SetCancelButton(CommandButton& button) {
 }
 
 void Form::SetHomeControl(Control& control) {
-    static_cast<FormWindow*>(pobjWindow.get())->SetHome(control.Widget());
+    pobjWindow->SetHome(control.Widget());
 }
 
 void Form::LeaveFocusWhenShown() {

@@ -13,6 +13,7 @@ namespace rivenfall {
 
 class CommandButton;
 class Control;
+class FormWindow;
 
 /// Whether the user can change a form's size.
 enum class FormBorder {
@@ -118,7 +119,7 @@ private:
     bool MayUnload(FormUnloadMode mode);
     bool PressButtonFor(int key);
 
-    std::unique_ptr<QMainWindow> pobjWindow;
+    std::unique_ptr<FormWindow> pobjWindow;
     QString pstrIcon;
     CommandButton* pobjDefaultButton = nullptr;
     CommandButton* pobjCancelButton = nullptr;
