@@ -20,8 +20,8 @@ namespace rivenfall {
 
 namespace {
 
-/// Eight points at 96 dots per inch: the size at which the fixed controls hold their captions.
-constexpr int FontPixels = 11;
+/// Eight points in twips: the size at which the fixed controls hold their captions.
+constexpr int FontHeight = 160;
 
 QIcon IconIn(const QString& resource) {
     QIcon icon;
@@ -131,9 +131,10 @@ Form::Form(FormBorder border, int width, int height)
     auto* client = new QWidget(pobjWindow.get());
     client->setMinimumSize(0, 0);
     pobjWindow->setCentralWidget(client);
-    QFont font = pobjWindow->font();
-    font.setPixelSize(FontPixels);
-    pobjWindow->setFont(font);
+    // The client's alone: the menu bar has the font of its menus, the system's.
+    QFont font = client->font();
+    font.setPixelSize(PixelsFromTwips(FontHeight));
+    client->setFont(font);
     if (border == FormBorder::Fixed) {
         client->setFixedSize(PixelsFromTwips(width), PixelsFromTwips(height));
         pobjWindow->layout()->setSizeConstraint(QLayout::SetFixedSize);

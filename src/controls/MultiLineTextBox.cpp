@@ -1,5 +1,7 @@
 #include "controls/MultiLineTextBox.h"
 
+#include "controls/Twips.h"
+
 #include <QFontDatabase>
 #include <QPlainTextEdit>
 #include <QScrollBar>
@@ -13,11 +15,11 @@ QPlainTextEdit* EditOf(const MultiLineTextBox& box) {
     return static_cast<QPlainTextEdit*>(box.Widget());
 }
 
-/// Courier New at 9.75 points, which are 13 pixels at 96 dots per inch.
+/// Courier New at 9.75 points, which are 195 twips.
 QFont TypewriterFont() {
     QFont font(QStringLiteral("Courier New"));
     font.setStyleHint(QFont::TypeWriter);
-    font.setPixelSize(13);
+    font.setPixelSize(PixelsFromTwips(195));
     return font;
 }
 

@@ -2,17 +2,11 @@
 
 namespace rivenfall {
 
-/// Twips in one pixel at 96 dots per inch. Qt's own scaling comes on top.
-inline constexpr int TwipsPerPixel = 15;
+/// The whole pixels that @p twips make. One is 15 at the usual size of the system's font; where
+/// that is larger, layout and letters grow with it. Qt's own scaling comes on top.
+int PixelsFromTwips(int twips);
 
-/// The whole pixels that @p twips make.
-constexpr int PixelsFromTwips(int twips) {
-    return twips / TwipsPerPixel;
-}
-
-/// The twips that @p pixels make.
-constexpr int TwipsFromPixels(int pixels) {
-    return pixels * TwipsPerPixel;
-}
+/// The whole twips that @p pixels make; PixelsFromTwips gives the same pixels for them.
+int TwipsFromPixels(int pixels);
 
 } // namespace rivenfall

@@ -1,0 +1,43 @@
+#include "WindowDriver.h"
+
+#include <QAbstractButton>
+
+using namespace rivenfall;
+
+namespace {
+
+/// A program on a desktop whose letters are twice as large and whose style has high tabs.
+struct LargeDesktop {
+    LargeDesktop() {
+        QFont large = Former;
+        large.setPixelSize(24);
+        QApplication::setFont(large);
+        qApp->setStyleSheet(u"QTabBar::tab { height: 70px }"_s);
+    }
+    ~LargeDesktop() {
+        QApplication::setFont(Former);
+        qApp->setStyleSheet({});
+    }
+    const QFont Former = QApplication::font();
+};
+
+class LayoutTest : private LargeDesktop, public WindowTest {};
+
+TEST_F(LayoutTest, GrowsWithTheLettersOfTheSystem) {
+    QMenuBar* bar = Window().Window()->menuBar();
+    EXPECT_EQ(Window().Client()->size(), QSize(2 * 577, 2 * 353));
+    EXPECT_EQ(Box()->size(), QSize(2 * 337, 2 * 19));
+    EXPECT_EQ(Box()->fontInfo().pixelSize(), 21);
+    EXPECT_EQ(bar->fontInfo().pixelSize(), 24);
+    EXPECT_EQ(bar->actions()[0]->menu()->fontInfo().pixelSize(), 24);
+    for (const QAbstractButton* button : Window().Client()->findChildren<QAbstractButton*>())
+        EXPECT_LE(button->fontMetrics().horizontalAdvance(button->text()), button->width());
+    EXPECT_LE(Tabs()->mapTo(Window().Client(), QPoint(0, Tabs()->height())).y(),
+              Window().picContent.Widget()->y());
+    QWidget* log = Runner().Log().Widget();
+    Runner().Show();
+    log->window()->resize(501, 301);
+    EXPECT_TRUE(WaitFor([log] { return log->size() == QSize(501, 301); }));
+}
+
+} // namespace
