@@ -2,7 +2,6 @@
 
 #include "controls/MessageDialog.h"
 #include "system/FilePath.h"
-#include "system/OpenStreams.h"
 
 #include <QApplication>
 #include <QSettings>
@@ -44,7 +43,6 @@ void EndUntidily() {
 } // namespace
 
 App::App(int argc, char** argv) : plngArgumentCount(argc) {
-    OpenStandardStreams();
     qInstallMessageHandler(ReportConnection);
     pobjApplication = std::make_unique<QApplication>(plngArgumentCount, argv);
     qInstallMessageHandler(nullptr);
