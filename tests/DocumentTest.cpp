@@ -163,7 +163,7 @@ TEST_F(RefusedDocumentTest, ABrokenDocumentChangesNothing) {
 
 TEST_F(RefusedDocumentTest, WhatIsNoDocumentFileChangesNothing) {
     QDir(Folder.path()).mkdir(u"folder"_s);
-    ASSERT_EQ(mkfifo(Path(u"pipe"_s).toUtf8().constData(), 0600), 0);
+    ASSERT_EQ(mkfifo(Path(u"pipe.tvq"_s).toUtf8().constData(), 0600), 0);
     QFile(StoreBytes(Path(u"huge"_s), "\xA0")).resize(1LL << 32);
     for (const char* name : {"folder", "pipe", "huge", "none", "none/x", "good.tvq/x"}) {
         ExpectRefused(QLatin1StringView(name));
@@ -191,8 +191,8 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         EXPECT_EQ(TakeAsked(), "The file " + path.toStdString() +
                                    " can't be saved: File too large.|48|" + Title);
         QDir(Folder.path()).mkdir(u"folder"_s);
-        mkfifo(Path(u"pipe"_s).toUtf8().constData(), 0600);
-        for (const char* place : {"folder", "pipe", "gone/new.tvq", "old.tvq/new.tvq"}) {
+        mkfifo(Path(u"pipe.tvq"_s).toUtf8().constData(), 0600);
+        for (const char* place : {"folder", "pipe.tvq", "gone/new.tvq", "old.tvq/new.tvq"}) {
             TheUser.Files = {Path(QLatin1StringView(place))};
             EXPECT_FALSE(Program().FileSaveAs()) << place;
             EXPECT_TRUE(TheUser.Asked.last().startsWith(

@@ -19,7 +19,7 @@ TEST_F(FocusTest, GoesBackToTheValueBox) {
         EXPECT_EQ(Window().Window()->focusWidget(), Box());
     }
     Open("a", "X", "type:+ Ok Value:Right type:+ tab:2 tab:1");
-    EXPECT_EQ(Look(), "*a+ N--V-- a+ changed");
+    Expect({.Tree = "*a+", .Enabled = "New Value", .Box = "a+", .Changed = true});
     // It can't go to a box that is disabled, and comes when it isn't any more.
     Open("", "X(1)", "tab:2 type:+ tab:1");
     EXPECT_EQ(Window().Window()->focusWidget(), nullptr);
@@ -29,13 +29,15 @@ TEST_F(FocusTest, GoesBackToTheValueBox) {
 
 TEST_F(FocusTest, TheWheelChangesNoTab) {
     Open("a", "X", "type:+");
-    for (QWidget* place : std::initializer_list<QWidget*>{Tabs(), Window().udnMove.Widget(), Box()})
+    for (QWidget* place :
+         std::initializer_list<QWidget*>{Tabs(), Window().udnMove.Widget(), Box()}) {
         for (const int turn : {-120, 120}) {
             QWheelEvent wheel(QPointF(5, 5), place->mapToGlobal(QPointF(5, 5)), {}, {0, turn}, {},
                               {}, Qt::NoScrollPhase, false);
             QApplication::sendEvent(place, &wheel);
         }
-    EXPECT_EQ(Look(), "*a N-MVOC a+");
+    }
+    Expect({.Tree = "*a", .Enabled = "New Move Value Ok Cancel", .Box = "a+"});
 }
 
 TEST_F(FocusTest, WhatComesIntoTheBoxIsOneLine) {
@@ -59,7 +61,7 @@ TEST_F(FocusTest, WhatComesIntoTheBoxIsOneLine) {
             Open("abc", "X");
             Box()->setSelection(1, 1);
             bring();
-            EXPECT_EQ(Look(), "*abc N-MVOC aT Uc");
+            Expect({.Tree = "*abc", .Enabled = "New Move Value Ok Cancel", .Box = "aT Uc"});
         }
     }
     // What a document holds stays as it is.
@@ -76,8 +78,24 @@ TEST_F(FocusTest, ALongValueShowsHowItBegins) {
         EXPECT_EQ(Box()->cursorPosition(), 0);
     }
     // Who stores a text may type on.
-    Expect("Value Value:End type:1 Value:Enter type:2",
-           value + ",b,*" + value + "1 NRMVOC " + value + "12 changed");
+    Expect({.Acts = {"Value Value:End type:1 Value:Enter type:2"},
+            .Tree = value + ",b,*" + value + "1",
+            .Enabled = "New Remove Move Value Ok Cancel",
+            .Box = value + "12",
+            .Changed = true});
+}
+
+TEST_F(FocusTest, ATextThatNoProgramTakesIsShownByItsBeginning) {
+    const std::string value = std::string((1 << 18) + 1, 'v');
+    Open((value + ",b").c_str());
+    Act("type:x Value:Ctrl+V Value:Del");
+    Expect({.Tree = "*" + value + ",b",
+            .Enabled = "New Remove Move Value",
+            .Box = std::string(1000, 'v') + "…"});
+    Act("New file:Save Value:Down type:x Ok");
+    EXPECT_TRUE(
+        Holds(u"document.tvq"_s, (value + "," + value + "(~(${FILE1})),b").c_str(), "FILE1(~)"));
+    EXPECT_EQ(Box()->text(), u"x");
 }
 
 } // namespace

@@ -437,13 +437,12 @@ TEST_P(QuitDuringARun, EndsWithTheRun) {
     ExpectNoWindowIsLeft();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Ways, QuitDuringARun,
-    testing::Values(Quitting{.Name = "Close", .Acts = "close"},
-                    Quitting{.Name = "Exit", .Acts = "file:Exit"},
-                    Quitting{.Name = "Stay",
-                             .Acts = "New stay file:Exit no file:Exit",
-                             .Asked = {AskToSave, AskToSave}}),
-    [](const auto& way) { return way.param.Name; });
+INSTANTIATE_TEST_SUITE_P(Ways, QuitDuringARun,
+                         testing::Values(Quitting{.Name = "Close", .Acts = "close"},
+                                         Quitting{.Name = "Exit", .Acts = "file:Exit"},
+                                         Quitting{.Name = "Stay",
+                                                  .Acts = "New stay file:Exit no file:Exit",
+                                                  .Asked = {AskToSave, AskToSave}}),
+                         [](const auto& way) { return way.param.Name; });
 
 } // namespace

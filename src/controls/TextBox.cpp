@@ -54,6 +54,11 @@ DropEffects EffectOf(Qt::DropActions actions) {
     return effect;
 }
 
+/// In characters: twice what the kernel takes in one argument of a program (execve(2)), and what is
+/// shown of a longer text.
+constexpr qsizetype LongestText = 1 << 18;
+constexpr qsizetype LongestShown = 1000;
+
 /// What the box takes of a text that the user brings in, as it holds one line.
 QString FirstLine(const QString& text) {
     static const QRegularExpression lineBreak(QStringLiteral("[\r\n\u2028\u2029]"));
@@ -154,7 +159,7 @@ private:
     bool PastedFirstLine(QClipboard::Mode mode) {
         const QString text = QGuiApplication::clipboard()->text(mode);
         const QString line = FirstLine(text);
-        if (line.size() == text.size()) {
+        if (line.size() == text.size() || isReadOnly()) {
             return false;
         }
         insert(line);
@@ -163,7 +168,7 @@ private:
 
     void Offer(QDragMoveEvent* event, DragOverState state) {
         // The box's own selection would come in its own place.
-        if (event->source() == this) {
+        if (event->source() == this || isReadOnly()) {
             event->ignore();
             return;
         }
@@ -202,7 +207,7 @@ TextBox::TextBox(QWidget* container) : Control(new ValueLine(container)) {
 }
 
 QString TextBox::Text() const {
-    return LineOf(*this)->text();
+    return pstrLongText.isNull() ? LineOf(*this)->text() : pstrLongText;
 }
 
 void TextBox::SetText(const QString& text) {
@@ -210,7 +215,11 @@ void TextBox::SetText(const QString& text) {
     // Who has just stored a text may type on where the caret is.
     const bool typesOn = line->hasFocus() && line->text() == text;
     const int caret = line->cursorPosition();
-    line->setText(text);
+    const bool tooLong = text.size() > LongestText;
+    pstrLongText = tooLong ? text : QString();
+    line->setReadOnly(tooLong);
+    line->setToolTip(tooLong ? QStringLiteral("Too long to be changed here") : QString());
+    line->setText(tooLong ? text.first(LongestShown) + u'…' : text);
     if (typesOn) {
         line->setCursorPosition(caret);
     } else if (!line->FitsItsText()) {
@@ -223,7 +232,9 @@ QString TextBox::SelText() const {
 }
 
 void TextBox::SetSelText(const QString& text) {
-    LineOf(*this)->insert(FirstLine(text));
+    if (!LineOf(*this)->isReadOnly()) {
+        LineOf(*this)->insert(FirstLine(text));
+    }
 }
 
 } // namespace rivenfall

@@ -31,7 +31,8 @@ public:
 
     /// The whole text. Writing raises Change if the text becomes another. The caret goes behind the
     /// text, or before one that is too long to be seen whole; it stays where the user types and
-    /// the text is the same.
+    /// the text is the same. A text longer than any program can be handed is shown by its beginning
+    /// alone and can't be changed: laying one of 20 million characters out takes 20 seconds.
     QString Text() const;
     void SetText(const QString& text);
 
@@ -56,6 +57,10 @@ Q_SIGNALS:
     /// The drag is let go over the box; @p Effect as above. X and Y are twips.
     void OLEDragDrop(const rivenfall::DataObject& Data, rivenfall::DropEffects& Effect, int Button,
                      int Shift, int X, int Y);
+
+private:
+    /// The text while it is too long for the line; else null.
+    QString pstrLongText;
 };
 
 } // namespace rivenfall
