@@ -5,6 +5,7 @@
 #include <QDir>
 
 #include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -211,5 +212,31 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
     }
     std::signal(SIGXFSZ, formerAction);
 }
+
+#ifndef __SANITIZE_ADDRESS__
+TEST_F(DocumentTest, WantOfMemoryIsToldAndCostsNothing) {
+    std::vector<Sketch> compilers(30000, Sketch("cc"));
+    const QString path = StoreBytes(Path(u"large.tvq"_s), DocumentImage(compilers));
+    compilers.clear();
+    rlimit former;
+    getrlimit(RLIMIT_AS, &former);
+    qsizetype refused = 0;
+    bool opened = false;
+    for (rlim_t extra = 0; !opened && extra < 400; extra += 8) {
+        TheUser.Asked.clear();
+        QFile memory(u"/proc/self/statm"_s);
+        ASSERT_TRUE(memory.open(QIODevice::ReadOnly));
+        const rlim_t used = memory.readAll().split(' ')[0].toULongLong() * rlim_t(getpagesize());
+        const rlimit tight = {used + (extra << 20), former.rlim_max};
+        setrlimit(RLIMIT_AS, &tight);
+        opened = Program().FileOpen(path);
+        setrlimit(RLIMIT_AS, &former);
+        refused += TheUser.Asked.filter(u"it takes more memory than there is"_s).size();
+        EXPECT_EQ(Program().Compilers()->Count(), opened ? 30000 : 0);
+    }
+    EXPECT_TRUE(opened);
+    EXPECT_GT(refused, 2);
+}
+#endif
 
 } // namespace

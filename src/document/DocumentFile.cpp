@@ -5,6 +5,7 @@
 #include "system/FileError.h"
 #include "system/FilePath.h"
 #include "system/FileSaving.h"
+#include "system/Memory.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -81,6 +82,14 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
     }
 }
 
+size_t CountNodes(const DataNodes& nodes) {
+    size_t count = 0;
+    for (const std::shared_ptr<DataNode>& node : nodes) {
+        count += 1 + (node->Childs() ? CountNodes(*node->Childs()) : 0);
+    }
+    return count;
+}
+
 QByteArray ImageOf(const DataNodes& compilers, const DataNodes& variables) {
     PropertyBag contentBag;
     contentBag.WriteProperty("Compilers", TreeBags::SaveToBag(compilers).Contents());
@@ -108,11 +117,16 @@ void MakeDefaultVariable(DataNodes& variables) {
     variables.Add(QStringLiteral("FILE1"))->Childs()->Add();
 }
 
-QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
+QString ReadDocumentFile(const QString& fileName, DocumentContent& content,
+                         size_t bytesToShowNode) {
     QString reason;
     try {
         LoadContent(fileName, content);
-        return {};
+        const size_t nodes = CountNodes(content.Compilers) + CountNodes(content.Variables);
+        if (bytesToShowNode == 0 || HasMemoryFor((nodes + 1) * bytesToShowNode)) {
+            return {};
+        }
+        reason = QString(OutOfMemory);
     } catch (const PropertyBagError& error) {
         reason = error.Reason;
     } catch (const FileError& error) {
