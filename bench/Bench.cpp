@@ -5,6 +5,7 @@
 #include "controls/App.h"
 #include "document/DocumentFile.h"
 #include "system/MessageBox.h"
+#include "system/Process.h"
 
 #include <QCoreApplication>
 
@@ -84,6 +85,7 @@ int main(int argc, char** argv) {
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     rivenfall::App app(argc, argv);
+    rivenfall::ReapChildrenInKernel();
     benchmark::RunSpecifiedBenchmarks();
     return EXIT_SUCCESS;
 }

@@ -123,6 +123,7 @@ TEST(ProcessTest, TellsWhyNothingWasStarted) {
 }
 
 TEST(ProcessTest, FiveHundredChildrenLeaveNothingBehind) {
+    ReapChildrenInKernel();
     OutputOf({u"true"_s});
     const int before = OpenDescriptors();
     for (int count = 0; count < 500; ++count) {

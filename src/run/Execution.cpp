@@ -26,6 +26,8 @@ void Execution::FormDeleter::operator()(frmExec* form) const {
 }
 
 Execution::Execution() : pobjForm(new frmExec) {
+    // No exit code is ever read, and a child may end long after its output did.
+    ReapChildrenInKernel();
     pobjForm->SetCaption(QStringLiteral("[Output] - ") + ProgramTitle());
     pobjFormTmrTick = &pobjForm->tmrTick;
     pobjFormTmrTick->SetInterval(TickMilliseconds);

@@ -26,29 +26,40 @@ bool Succeeded(int error) {
     return error == 0;
 }
 
-/// Has the kernel reap every child when it ends: no exit code is ever read, and a child may end
-/// long after its output did.
-void ReapChildrenAutomatically() {
-    struct sigaction action = {};
-    action.sa_handler = SIG_DFL;
-    action.sa_flags = SA_NOCLDWAIT;
-    sigaction(SIGCHLD, &action, nullptr);
+/// The signals that a child gets with their default action: all but those that were ignored when
+/// the program started. Libraries ignore some of their own accord later.
+sigset_t SignalsToReset() {
+    sigset_t signals;
+    // Unlike sigfillset, with the C library's own signals: a start leaves those ignored.
+    std::memset(&signals, 0xFF, sizeof signals);
+    for (int signal = 1; signal < NSIG; ++signal) {
+        struct sigaction action;
+        // Whoever has the program ignore its children's ends can't mean that for theirs.
+        if (signal != SIGCHLD && sigaction(signal, nullptr, &action) == 0 &&
+            action.sa_handler == SIG_IGN) {
+            sigdelset(&signals, signal);
+        }
+    }
+    return signals;
 }
+
+/// Looked up before main, and so before anything else has touched them.
+const sigset_t ResetSignals = SignalsToReset();
 
 /// The attributes and file actions of one start.
 class SpawnSettings {
 public:
-    explicit SpawnSettings(const StandardStreams& streams) {
+    SpawnSettings(const StandardStreams& streams, ChildGroup group) {
         posix_spawnattr_init(&Attributes);
         posix_spawn_file_actions_init(&Actions);
 
-        sigset_t signals;
-        sigemptyset(&signals);
-        posix_spawnattr_setsigmask(&Attributes, &signals);
-        // Unlike sigfillset, with the C library's own signals: a start leaves those ignored.
-        std::memset(&signals, 0xFF, sizeof signals);
-        posix_spawnattr_setsigdefault(&Attributes, &signals);
-        posix_spawnattr_setflags(&Attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        sigset_t mask;
+        sigemptyset(&mask);
+        posix_spawnattr_setsigmask(&Attributes, &mask);
+        posix_spawnattr_setsigdefault(&Attributes, &ResetSignals);
+        const int grouping = group == ChildGroup::Own ? POSIX_SPAWN_SETPGROUP : 0;
+        const int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | grouping;
+        posix_spawnattr_setflags(&Attributes, static_cast<short>(flags));
 
         posix_spawn_file_actions_adddup2(&Actions, streams.Input, STDIN_FILENO);
         posix_spawn_file_actions_adddup2(&Actions, streams.Output, STDOUT_FILENO);
@@ -83,6 +94,17 @@ QByteArrayList ArgumentsOf(const QString& commandLine) {
 
 } // namespace
 
+void ReapChildrenInKernel() {
+    struct sigaction action = {};
+    action.sa_handler = SIG_DFL;
+    action.sa_flags = SA_NOCLDWAIT;
+    sigaction(SIGCHLD, &action, nullptr);
+}
+
+bool IgnoredAtStart(int signal) {
+    return sigismember(&ResetSignals, signal) == 0;
+}
+
 bool CreatePipe(Handle& readEnd, Handle& writeEnd) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
@@ -99,10 +121,8 @@ Handle DuplicateHandle(Handle handle) {
     return copy < 0 ? 0 : copy;
 }
 
-bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process) {
-    static const bool reaping = (ReapChildrenAutomatically(), true);
-    Q_UNUSED(reaping)
-
+bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process,
+                   ChildGroup group) {
     const QByteArrayList arguments = ArgumentsOf(commandLine);
     if (arguments.isEmpty()) {
         return Succeeded(commandLine.contains(QChar::Null) ? EINVAL : ENOENT);
@@ -113,7 +133,7 @@ bool CreateProcess(const QString& commandLine, const StandardStreams& streams, H
     }
     pointers.push_back(nullptr);
 
-    const SpawnSettings settings(streams);
+    const SpawnSettings settings(streams, group);
     return Succeeded(posix_spawnp(&process, pointers[0], &settings.Actions, &settings.Attributes,
                                   pointers.data(), environ));
 }

@@ -21,6 +21,19 @@ enum class ReadOutcome {
     End,     ///< Every write end is closed, or the read failed.
 };
 
+/// The process group that a child is started in.
+enum class ChildGroup {
+    Shared, ///< This program's.
+    Own,    ///< A new one, which has the child's number and takes in what the child starts.
+};
+
+/// Has the kernel reap every child when it ends. A program that asks no child how it ended calls it
+/// before it starts the first one; any other waits for each child, by waitpid.
+void ReapChildrenInKernel();
+
+/// True where whoever started this program had it ignore @p signal, as nohup does.
+bool IgnoredAtStart(int signal);
+
 /// Makes a pipe whose ends no child inherits. The caller closes both ends. On failure the result is
 /// False and LastError tells the reason.
 bool CreatePipe(Handle& readEnd, Handle& writeEnd);
@@ -32,10 +45,11 @@ Handle DuplicateHandle(Handle handle);
 ///
 /// The name is looked up along PATH unless it holds a slash. The child gets @p streams and no
 /// other descriptor, this program's environment and current directory, an empty signal mask and
-/// the default action for every signal. On success @p process identifies the child; an ended
-/// child leaves nothing behind, so this handle is never closed. On failure the result is False
-/// and LastError tells the reason (2 no such program, 13 not executable).
-bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process);
+/// the default action for every signal but those that were ignored at this program's start. On
+/// success @p process identifies the child; it is a process number and never closed. On failure
+/// the result is False and LastError tells the reason (2 no such program, 13 not executable).
+bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process,
+                   ChildGroup group = ChildGroup::Shared);
 
 /// Reads at most @p size bytes from the pipe end @p handle into @p buffer without waiting.
 /// @p count becomes the number of bytes read.
