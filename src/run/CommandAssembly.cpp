@@ -36,8 +36,9 @@ StringList CommandOf(const DataNode& compiler, VariableExpander& expander) {
 
 } // namespace
 
-std::vector<StringList> AssembleCommands(const DataNodes& compilers, const DataNodes& variables) {
-    VariableExpander expander(variables);
+std::vector<StringList> AssembleCommands(const DataNodes& compilers, const DataNodes& variables,
+                                         QStringList* unresolved) {
+    VariableExpander expander(variables, unresolved);
     std::vector<StringList> commandList;
     for (const std::shared_ptr<DataNode>& compiler : compilers) {
         if (compiler->Active()) {

@@ -44,7 +44,8 @@ const QString* FirstActiveValue(const DataNodes& values) {
 
 } // namespace
 
-VariableExpander::VariableExpander(const DataNodes& variables) : pobjNames(variables) {
+VariableExpander::VariableExpander(const DataNodes& variables, QStringList* unresolved)
+    : pobjNames(variables), pobjUnresolved(unresolved) {
     pobjStates.reserve(static_cast<size_t>(variables.Count()));
     for (const std::shared_ptr<DataNode>& variable : variables) {
         pobjStates.push_back({FirstActiveValue(*variable->Childs())});
@@ -101,11 +102,12 @@ bool VariableExpander::GoesDown() {
         plngWork += WorkOfReference;
 
         const qsizetype nameBegin = open + OpeningMark.size();
-        const int variable = pobjNames.PositionOf(text.sliced(nameBegin, close - nameBegin));
+        const QStringView name = text.sliced(nameBegin, close - nameBegin);
+        const int variable = pobjNames.PositionOf(name);
         if (variable == VariableNames::NoVariable || !StateOf(variable).Value) {
-            continue;
-        }
-        if (pblnVariableBusy[static_cast<size_t>(variable)]) {
+            NoteUnresolved(name);
+        } else if (pblnVariableBusy[static_cast<size_t>(variable)]) {
+            NoteUnresolved(name);
             frame.Cut = true;
         } else if (const std::optional<QString>& known = StateOf(variable).Expansion) {
             Append(frame, *known);
@@ -173,6 +175,14 @@ QString VariableExpander::TooLong(const QString& front) {
 
 VariableExpander::State& VariableExpander::StateOf(int variable) {
     return pobjStates[static_cast<size_t>(variable)];
+}
+
+void VariableExpander::NoteUnresolved(QStringView name) {
+    if (!pobjUnresolved || pobjNoted.contains(name.toString())) {
+        return;
+    }
+    pobjNoted.insert(name.toString());
+    pobjUnresolved->append(name.toString());
 }
 
 } // namespace rivenfall

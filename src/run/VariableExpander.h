@@ -2,7 +2,9 @@
 
 #include "run/VariableNames.h"
 
+#include <QSet>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <vector>
@@ -15,8 +17,9 @@ class DataNodes;
 /// variables may not change meanwhile. What one text has found out about them serves the next one.
 class VariableExpander {
 public:
-    /// @p variables is the root of the variables and outlives the object.
-    explicit VariableExpander(const DataNodes& variables);
+    /// @p variables is the root of the variables and outlives the object, as @p unresolved does: it
+    /// gets each name that a reference found no value for, once.
+    explicit VariableExpander(const DataNodes& variables, QStringList* unresolved = nullptr);
 
     /// @p Text with every reference `${NAME}` replaced by the value of that variable: the first
     /// active variable of the name, compared without regard to case, and its first active value,
@@ -60,8 +63,11 @@ private:
     bool IsTooMuch(const Frame& frame) const;
     QString TooLong(const QString& front);
     State& StateOf(int variable);
+    void NoteUnresolved(QStringView name);
 
     VariableNames pobjNames;
+    QStringList* pobjUnresolved;
+    QSet<QString> pobjNoted;
     std::vector<State> pobjStates;
     /// Per variable: its value is being expanded. Without allocation between two calls.
     std::vector<bool> pblnVariableBusy;
