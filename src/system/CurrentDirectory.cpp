@@ -10,17 +10,13 @@
 
 namespace rivenfall {
 
-namespace {
-
-QString WithoutQuotes(const QString& path) {
+QString DirectoryOf(const QString& path) {
     const QStringList items = SplitCommandLine(path);
     return items.size() == 1 ? items.first() : path;
 }
 
-} // namespace
-
 DirectoryChange ChangeDirectory(const QString& path) {
-    const QByteArray name = QFile::encodeName(WithoutQuotes(path));
+    const QByteArray name = QFile::encodeName(DirectoryOf(path));
     if (!name.contains('\0') && chdir(name.constData()) == 0) {
         return {};
     }

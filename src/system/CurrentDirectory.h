@@ -12,9 +12,12 @@ struct DirectoryChange {
     QString Description;
 };
 
-/// Changes the current directory of the whole process to @p path, relative to the present one.
-///
-/// A path that stands between quotes, as one item of a command line does, is taken without them.
+/// The directory that @p path stands for: one that stands between quotes, as one item of a command
+/// line does, is taken without them.
+QString DirectoryOf(const QString& path);
+
+/// Changes the current directory of the whole process to the one that @p path stands for, seen from
+/// the present one.
 DirectoryChange ChangeDirectory(const QString& path);
 
 } // namespace rivenfall
