@@ -1,86 +1,138 @@
-#include "CoreHarness.h"
+#include "RunnerHarness.h"
 
 #include <QDir>
-#include <QProcess>
 
 using namespace rivenfall;
 
 namespace {
 
-/// What one call of the program came to.
-struct Call {
-    int Status;
-    std::string Output;
-    std::string Error;
-};
-
-/// A test of the program without a screen, in a folder and with a home of its own.
-class RunnerTest : public testing::Test {
-protected:
-    RunnerTest() {
-        QDir(Folder.path()).mkdir(u"home"_s);
-        for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME",
-                                 "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
-            Environment.insert(QLatin1StringView(name), Path("home"));
-        }
-    }
-
-    QString Path(const char* name) { return Folder.filePath(QString::fromUtf8(name)); }
-
-    void Document(const std::vector<Sketch>& compilers, const char* name = "doc.tvq") {
-        StoreBytes(Path(name), DocumentImage(compilers, Sketches("EMPTY(~)")));
-    }
-
-    Call Run(const QStringList& arguments = {u"doc.tvq"_s}) {
-        return Start(ProgramFolder() + u"/rivenfall-run"_s, arguments);
-    }
-
-    Call Start(const QString& program, const QStringList& arguments) {
-        const AwaitedChildren children;
-        QProcess process;
-        process.setWorkingDirectory(Folder.path());
-        process.setProcessEnvironment(Environment);
-        process.start(program, arguments);
-        EXPECT_TRUE(process.waitForFinished(20000));
-        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return {process.exitCode(), process.readAllStandardOutput().toStdString(),
-                process.readAllStandardError().toStdString()};
-    }
-
-    static std::string FrameOf(const QString& issue, const char* result) {
-        return Frame(issue, QLatin1StringView(result)).remove(u'\r').toStdString();
-    }
-
-    QTemporaryDir Folder;
-    QProcessEnvironment Environment = QProcessEnvironment::systemEnvironment();
-};
-
-TEST_F(RunnerTest, TheExitStatusTellsHowItWent) {
+TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
     Document(Sketches("!true"), "off.tvq");
     StoreBytes(Path("broken.tvq"), "\xA1");
-    const std::string usage = "Usage: rivenfall-run DOCUMENT\n";
+    const QByteArray unchanged = BytesOf(Path("off.tvq"));
     const auto broken = [this](const char* name, const char* reason) {
-        return "The file " + Path(name).toStdString() + " can't be opened: " + reason + ".\n";
+        return "The file " + Path(name).toStdString() + " can't be opened: " + reason + ".";
     };
-    // Arguments, exit status and standard error.
+    // Arguments, exit status and the first line on standard error behind the program's name.
     const std::tuple<const char*, int, std::string> cases[] = {
-        {"off.tvq x", 2, usage},
+        {"off.tvq", 1, "No compilers to run! Please select some..."},
         {"none.tvq", 2, broken("none.tvq", "No such file or directory")},
         {"broken.tvq", 2, broken("broken.tvq", "the data ends too early")},
-        {"off.tvq", 1, "No compilers to run!\nPlease select some...\n"}};
+        {"-- --help", 2, broken("--help", "No such file or directory")},
+        {"../off.tvq -C home", 1, "No compilers to run! Please select some..."},
+        {"-C nowhere off.tvq", 2,
+         "The directory nowhere can't be changed to: No such file or directory."},
+        {"off.tvq EMPTY", 2, "The argument EMPTY isn't of the form NAME=VALUE."},
+        {"off.tvq EMPTI=x", 2, "No variable of the document has the name EMPTI. There are: EMPTY."},
+        {"-x off.tvq", 2, "Unknown option 'x'."},
+        {"-ei off.tvq", 2, "The options -e and -i exclude each other."},
+        {"", 2, "The name of a document is missing."}};
     for (const auto& [arguments, status, error] : cases) {
         const Call result = Run(QString::fromUtf8(arguments).split(u' '));
-        EXPECT_EQ(result.Status, status);
-        EXPECT_EQ(result.Output,
-                  status == 2 ? "" : FrameOf(u"No compilers to run!"_s, "Please select some..."));
+        EXPECT_EQ(result.Status, status) << arguments;
+        EXPECT_EQ(result.Output.empty(), status == 2) << result.Output;
+        EXPECT_EQ(result.Error.substr(0, result.Error.find('\n')), "rivenfall-run: " + error);
+    }
+    EXPECT_EQ(Run({u"off.tvq"_s}).Output,
+              FrameOf(u"No compilers to run!"_s, "Please select some..."));
+    EXPECT_EQ(BytesOf(Path("off.tvq")), unchanged);
+    // A name of a file may hold any byte, an argument no other than those of a text.
+    EXPECT_EQ(Bash("$RUN $'caf\\xE9.tvq'").Error,
+              "rivenfall-run: The argument caf\uFFFD.tvq is no UTF-8 text.\n");
+}
+
+TEST_F(RunnerTest, TellsOfItself) {
+    const Call help = Run({u"--help"_s});
+    EXPECT_EQ(help.Status, 0);
+    EXPECT_TRUE(help.Output.starts_with(
+        "Usage: rivenfall-run [OPTION]... DOCUMENT [NAME=VALUE]...\nCarry out"));
+    for (const char* option : {"-C, --directory <DIR>", "-e, --stop-on-error",
+                               "-i, --ignore-errors", "--help", "--version", "\nExit status:\n"}) {
+        EXPECT_NE(help.Output.find(option), std::string::npos) << option;
+    }
+    const Call version = Run({u"--version"_s});
+    EXPECT_EQ(version.Status, 0);
+    EXPECT_TRUE(version.Output.starts_with(
+        "rivenfall-run (OMRA Rivenfall Compiler Controller) " RIVENFALL_VERSION "\n"));
+    EXPECT_EQ(help.Error + version.Error, "");
+    EXPECT_EQ(Bash("$RUN --help >/dev/full").Status, 3);
+}
+
+TEST_F(RunnerTest, FailuresAreToldAndCounted) {
+    Document({Shell(u"exit 3"_s),
+              "true",
+              {"no such", {"a\tb"}},
+              Shell(u"kill -KILL $$"_s),
+              {"cd", {"gone"}},
+              Shell(u": >last"_s)});
+    const std::string first = "rivenfall-run: sh -c \"exit 3\": exit status 3\n";
+    const std::string all =
+        first + R"(rivenfall-run: "no such" "a\tb": can't be started: No such file or directory)"
+                "\nrivenfall-run: sh -c \"kill -KILL $$\": ended by SIGKILL\n"
+                "rivenfall-run: cd gone: No such file or directory\n"
+                "rivenfall-run: 4 of 6 command lines failed\n";
+    // An option, the exit status, what is told, and whether the last command is carried out.
+    const std::tuple<const char*, int, std::string, bool> cases[] = {
+        {"-C.", 3, all, true},
+        {"--ignore-errors", 0, all, true},
+        {"-e", 3, first + "rivenfall-run: 1 of 6 command lines failed, 5 not carried out\n",
+         false}};
+    for (const auto& [option, status, error, wentOn] : cases) {
+        QFile::remove(Path("last"));
+        const Call result = Run({QString::fromUtf8(option), u"doc.tvq"_s});
+        EXPECT_EQ(result.Status, status) << option;
         EXPECT_EQ(result.Error, error);
+        EXPECT_EQ(Exists("last"), wentOn);
     }
-    EXPECT_EQ(Run(QStringList()).Error, usage);
-    for (const char* name : {"", "-platform", "--help", "."}) {
-        const Call result = Run({QString::fromUtf8(name)});
-        EXPECT_EQ(result.Status, 2) << name;
-        EXPECT_NE(result.Error, "") << name;
+    Document({"true", {"cd", {"home"}}, Shell(u"kill -0 $$"_s)});
+    EXPECT_EQ(Run().Status, 0);
+}
+
+TEST_F(RunnerTest, ACommandEndsWithItsProgramAndItsOutput) {
+    Document({Shell(u"(sleep 0.3; echo late) & exit 4"_s),
+              Shell(u"exec >&- 2>&-; sleep 0.3; : >done; exit 5"_s), Shell(u"ls done"_s)});
+    const Call result = Run();
+    EXPECT_TRUE(result.Output.ends_with("\ndone\n"));
+    EXPECT_NE(result.Output.find("-\nlate\n\n# /"), std::string::npos);
+    EXPECT_NE(result.Error.find("exit status 4\n"), std::string::npos);
+    EXPECT_NE(result.Error.find("exit status 5\n"), std::string::npos);
+}
+
+TEST_F(RunnerTest, OutputThatCannotBeWrittenIsAFailure) {
+    Document({{"echo", {"x"}}, Shell(u"exit 1"_s), Shell(u": >last"_s)});
+    const std::string full = "rivenfall-run: standard output can't be written: No space left on "
+                             "device\n";
+    Call result = Bash("$RUN doc.tvq >/dev/full");
+    EXPECT_EQ(result.Status, 3);
+    EXPECT_TRUE(result.Error.starts_with(full + "rivenfall-run: sh -c")) << result.Error;
+    EXPECT_TRUE(Exists("last"));
+    result = Bash("$RUN -e doc.tvq >/dev/full");
+    EXPECT_EQ(result.Status, 3);
+    EXPECT_EQ(result.Error, full);
+    // Where nobody is to be ended by a closed pipe it is a failure like any other.
+    result = Bash("trap '' PIPE; { sleep 0.5; $RUN doc.tvq; echo $? >status; } | :; cat status");
+    EXPECT_EQ(result.Output, "3\n");
+    EXPECT_NE(result.Error.find("Broken pipe\n"), std::string::npos);
+}
+
+TEST_F(RunnerTest, ASettingHoldsForTheRunWhateverIsTicked) {
+    Document({{"printf", {"%s|", "${A}", "${b}", "${C}", "${D}"}}}, "doc.tvq",
+             "!A(1),A(2),B(!3,!4),C(${A}${B}),D(5)");
+    const QByteArray document = BytesOf(Path("doc.tvq"));
+    // Settings, and what the command prints.
+    const std::pair<const char*, const char*> cases[] = {{"", "2||2|5|"},
+                                                         {"a=x", "x||x|5|"},
+                                                         {"B=${D}=${a}|A=y", "y|5=y|y5=y|5|"},
+                                                         {"D=6|d=|C=${C}", "2||||"}};
+    for (const auto& [settings, output] : cases) {
+        QStringList arguments{u"doc.tvq"_s};
+        arguments += QString::fromUtf8(settings).split(u'|', Qt::SkipEmptyParts);
+        const Call result = Run(arguments);
+        const std::string expected = output;
+        EXPECT_TRUE(result.Output.ends_with("-\n" + expected)) << result.Output;
+        EXPECT_EQ(result.Status, 0) << result.Error;
     }
+    EXPECT_EQ(BytesOf(Path("doc.tvq")), document);
 }
 
 TEST_F(RunnerTest, TextArrivesWholeInAnyEnvironment) {
@@ -133,10 +185,35 @@ TEST_F(RunnerTest, APathLeadsWhereTheKernelTakesIt) {
 
 TEST_F(RunnerTest, RunsWithoutStandardStreams) {
     Document({Shell(u"exec >out; ls /proc/$$/fd"_s)});
-    const Call result = Start(u"sh"_s, {u"-c"_s, u"exec \"$0\" doc.tvq <&- >&- 2>&-"_s,
-                                        ProgramFolder() + u"/rivenfall-run"_s});
-    EXPECT_EQ(result.Status, 0);
-    EXPECT_EQ(BytesOf(Path("out")), "0\n1\n2\n");
+    EXPECT_EQ(Bash("exec $RUN doc.tvq <&- >&- 2>&-").Status, 0);
+    EXPECT_EQ(TextOf("out"), "0\n1\n2\n");
+}
+
+TEST_F(RunnerTest, AChainOfToolsStopsOrGoesOn) {
+    Document({{"g++", {"-S", "-o", "a.s", "${FILE}.cpp"}},
+              {"as", {"-o", "a.o", "a.s"}},
+              {"g++", {"-o", "tool", "a.o"}},
+              {"strip", {"tool"}}},
+             "doc.tvq", "FILE(good)");
+    StoreBytes(Path("good.cpp"), "#include <cstdio>\nint main() { std::puts(\"well\"); }\n");
+    StoreBytes(Path("broken.cpp"), "int main() { return wrong; }\n");
+    const Call good = Run();
+    EXPECT_EQ(good.Status, 0) << good.Error;
+    EXPECT_EQ(good.Output, FrameOf(u"g++ -S -o a.s good.cpp"_s) + '\n' +
+                               FrameOf(u"as -o a.o a.s"_s) + '\n' + FrameOf(u"g++ -o tool a.o"_s) +
+                               '\n' + FrameOf(u"strip tool"_s));
+    EXPECT_EQ(Bash("./tool; nm tool 2>&1").Output, "well\nnm: tool: no symbols\n");
+
+    const Call broken = Run({u"doc.tvq"_s, u"FILE=broken"_s});
+    EXPECT_EQ(broken.Status, 3);
+    EXPECT_TRUE(broken.Error.ends_with("\nrivenfall-run: 4 of 4 command lines failed\n"));
+    EXPECT_NE(broken.Output.find("wrong"), std::string::npos);
+    const Call stopped = Run({u"-e"_s, u"doc.tvq"_s, u"FILE=broken"_s});
+    EXPECT_EQ(stopped.Status, 3);
+    EXPECT_EQ(stopped.Error, "rivenfall-run: g++ -S -o a.s broken.cpp: exit status 1\n"
+                             "rivenfall-run: 1 of 4 command lines failed, 3 not carried out\n");
+    EXPECT_EQ(stopped.Output, broken.Output.substr(0, broken.Output.find("\n# /")));
+    EXPECT_TRUE(stopped.Output.starts_with(FrameOf(u"g++ -S -o a.s broken.cpp"_s)));
 }
 
 } // namespace

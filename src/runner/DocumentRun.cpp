@@ -2,115 +2,131 @@
 
 #include "run/CommandAssembly.h"
 #include "run/LogFrame.h"
+#include "runner/Child.h"
+#include "runner/Output.h"
+#include "runner/Signals.h"
+#include "runner/VisibleText.h"
 #include "system/CurrentDirectory.h"
-#include "system/Process.h"
 
-#include <array>
 #include <cerrno>
-#include <unistd.h>
+#include <cstring>
+#include <sys/wait.h>
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-/// As much as a pipe of the kernel's holds.
-constexpr size_t BufferSize = 1 << 16;
+QString NameOfSignal(int signal) {
+    const char* name = sigabbrev_np(signal);
+    return name ? u"SIG"_s + QString::fromLatin1(name) : u"signal %1"_s.arg(signal);
+}
 
-void WriteToStandardOutput(const char* bytes, size_t size) {
-    while (size > 0) {
-        const ssize_t written = write(STDOUT_FILENO, bytes, size);
-        if (written < 0 && errno != EINTR) {
-            return;
-        }
-        bytes += std::max<ssize_t>(written, 0);
-        size -= static_cast<size_t>(std::max<ssize_t>(written, 0));
+/// What is wrong with the end of a child, empty where nothing is.
+QString FailureOf(int status) {
+    if (WIFSIGNALED(status)) {
+        return u"ended by "_s + NameOfSignal(WTERMSIG(status));
     }
+    const int number = WEXITSTATUS(status);
+    return number == 0 ? QString() : u"exit status %1"_s.arg(number);
 }
 
-void WriteFrame(const QString& issue, const QString& result, bool behindText) {
-    QString frame = LogFrame(issue, result, behindText);
-    frame.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    const QByteArray bytes = frame.toUtf8();
-    WriteToStandardOutput(bytes.constData(), static_cast<size_t>(bytes.size()));
+void WriteFrame(Output& output, const QString& issue, const QString& result, bool behindText) {
+    QString frame = LogFrame(output.IsTerminal() ? VisibleText(issue) : issue, result, behindText);
+    output.Write(frame.replace(u"\r\n"_s, u"\n"_s).toUtf8());
 }
 
-/// Copies what a child writes until the last holder of the other end has closed it.
-void CopyOutput(Handle output) {
-    std::array<char, BufferSize> buffer;
-    for (;;) {
-        const ssize_t count = read(output, buffer.data(), buffer.size());
-        if (count > 0) {
-            WriteToStandardOutput(buffer.data(), static_cast<size_t>(count));
-        } else if (count == 0 || errno != EINTR) {
-            return;
-        }
-    }
-}
-
-/// The pipes of one child: its silent input, whose write end stays here, and its output.
-class ChildPipes {
+/// One run of a list of commands.
+class DocumentRun {
 public:
-    ChildPipes()
-        : pblnOpen(CreatePipe(Streams.Input, InputWrite) && CreatePipe(Output, Streams.Output)) {
-        Streams.Error = Streams.Output;
+    explicit DocumentRun(Output& output) : pobjOutput(output) {}
+
+    void CarryOutNext(const StringList& items) {
+        if (IsDirectoryChange(items)) {
+            CarryOutDirectoryChange(PathOfDirectoryChange(items));
+        } else {
+            CarryOutCommand(items.Text());
+        }
+        ++plngCarriedOut;
     }
 
-    ~ChildPipes() {
-        CloseChildEnds();
-        CloseHandle(InputWrite);
-        CloseHandle(Output);
+    bool Failed() const { return plngFailed > 0 || pobjOutput.Failed(); }
+
+    void TellFailuresOf(qsizetype commandCount) const {
+        if (plngFailed == 0) {
+            return;
+        }
+        QString summary = u"%1 of %2 command lines failed"_s.arg(plngFailed).arg(commandCount);
+        if (plngCarriedOut < commandCount) {
+            summary += u", %1 not carried out"_s.arg(commandCount - plngCarriedOut);
+        }
+        Tell(summary);
     }
-
-    ChildPipes(const ChildPipes&) = delete;
-    ChildPipes& operator=(const ChildPipes&) = delete;
-
-    bool Open() const { return pblnOpen; }
-
-    void CloseChildEnds() {
-        CloseHandle(std::exchange(Streams.Input, 0));
-        CloseHandle(std::exchange(Streams.Output, 0));
-    }
-
-    StandardStreams Streams;
-    Handle InputWrite = 0;
-    Handle Output = 0;
 
 private:
-    bool pblnOpen;
-};
-
-void CarryOutCommand(const QString& commandLine, bool behindText) {
-    ChildPipes pipes;
-    Handle process = 0;
-    const bool started = pipes.Open() && CreateProcess(commandLine, pipes.Streams, process);
-    WriteFrame(commandLine, ResultOfStart(started, LastError()), behindText);
-    pipes.CloseChildEnds();
-    if (started) {
-        CopyOutput(pipes.Output);
+    void CarryOutCommand(const QString& commandLine) {
+        Child child;
+        const int error = child.Start(commandLine);
+        if (Interruption() != 0 && error != 0) {
+            return;
+        }
+        WriteFrame(pobjOutput, commandLine, ResultOfStart(error == 0, error), plngCarriedOut > 0);
+        if (error != 0) {
+            TellFailure(commandLine, u"can't be started: "_s + ReasonOf(error));
+            return;
+        }
+        const QString failure = FailureOf(child.Follow(pobjOutput));
+        if (!failure.isEmpty() && Interruption() == 0) {
+            TellFailure(commandLine, failure);
+        }
     }
-}
 
-void CarryOutDirectoryChange(const StringList& items, bool behindText) {
-    const QString path = PathOfDirectoryChange(items);
-    WriteFrame(QStringLiteral("cd ") + path, ResultOfChange(ChangeDirectory(path)), behindText);
-}
+    void CarryOutDirectoryChange(const QString& path) {
+        const QString line = u"cd "_s + path;
+        const DirectoryChange change = ChangeDirectory(path);
+        WriteFrame(pobjOutput, line, ResultOfChange(change), plngCarriedOut > 0);
+        if (change.Number != 0) {
+            TellFailure(line, change.Description);
+        }
+    }
+
+    void TellFailure(const QString& line, const QString& reason) {
+        Tell(line + u": "_s + reason);
+        ++plngFailed;
+    }
+
+    Output& pobjOutput;
+    int plngCarriedOut = 0;
+    int plngFailed = 0;
+};
 
 } // namespace
 
-void CarryOut(const std::vector<StringList>& commands) {
-    bool behindText = false;
-    for (const StringList& items : commands) {
-        if (IsDirectoryChange(items)) {
-            CarryOutDirectoryChange(items, behindText);
-        } else {
-            CarryOutCommand(items.Text(), behindText);
-        }
-        behindText = true;
+bool CarryOut(const std::vector<StringList>& commands, BehindFailure behind, Output& output) {
+    if (!RelaySignals()) {
+        Tell(ReasonOf(errno));
+        return false;
     }
+    DocumentRun run(output);
+    for (const StringList& items : commands) {
+        run.CarryOutNext(items);
+        if (Interruption() != 0) {
+            EndBySignal(Interruption());
+        }
+        if (run.Failed() && behind == BehindFailure::Stop) {
+            break;
+        }
+    }
+    run.TellFailuresOf(static_cast<qsizetype>(commands.size()));
+    if (Interruption() != 0) {
+        EndBySignal(Interruption());
+    }
+    return !run.Failed();
 }
 
-void ReportNothingToRun() {
-    WriteFrame(NothingToRunIssue.toString(), NothingToRunResult.toString(), false);
+void ReportNothingToRun(Output& output) {
+    WriteFrame(output, NothingToRunIssue.toString(), NothingToRunResult.toString(), false);
 }
 
 } // namespace rivenfall

@@ -6,12 +6,18 @@
 
 namespace rivenfall {
 
-/// Carries @p commands out in order and writes the log to standard output: a frame for each, and
-/// behind it what the child writes, byte for byte and as soon as it comes. Returns when the output
-/// of the last one has ended.
-void CarryOut(const std::vector<StringList>& commands);
+class Output;
 
-/// Writes the log of a document that has nothing to run to standard output.
-void ReportNothingToRun();
+/// What a run does behind a failure.
+enum class BehindFailure { GoOn, Stop };
+
+/// Carries @p commands out in order and writes the log to @p output: a frame for each, and behind
+/// it what the child writes, byte for byte and as soon as it comes. Tells each failure on standard
+/// error as it happens, and at the end how many there were. Gives True where all went well. Doesn't
+/// return when a signal has told the program to end.
+bool CarryOut(const std::vector<StringList>& commands, BehindFailure behind, Output& output);
+
+/// Writes the log of a document that has nothing to run to @p output.
+void ReportNothingToRun(Output& output);
 
 } // namespace rivenfall

@@ -2,37 +2,91 @@
 #include "run/CommandAssembly.h"
 #include "run/LogFrame.h"
 #include "runner/DocumentRun.h"
+#include "runner/Options.h"
+#include "runner/Output.h"
+#include "runner/Settings.h"
+#include "system/CurrentDirectory.h"
 #include "system/FilePath.h"
 #include "system/OpenStreams.h"
 
-#include <cstdio>
-
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
 /// The exit statuses of the program.
-enum class Status { CarriedOut = 0, NothingToRun = 1, NotOpened = 2 };
+enum class Status { Success = 0, NothingToRun = 1, WrongCall = 2, Failure = 3 };
 
-Status CarryOutDocument(const QString& fileName) {
-    DocumentContent content;
-    const QString failure = ReadDocumentFile(FullPath(fileName), content);
+constexpr char VersionText[] =
+    "rivenfall-run (OMRA Rivenfall Compiler Controller) " RIVENFALL_VERSION "\n"
+    "Copyright (C) 2026 The OMRA Rivenfall Compiler Controller developers\n"
+    "License MIT: <https://opensource.org/license/mit>.\n"
+    "There is NO WARRANTY, to the extent permitted by law.\n";
+
+/// Changes to the directories of the call and opens its document. Gives the reason of a failure as
+/// a sentence; empty for success.
+QString OpenDocument(const Options& options, DocumentContent& content) {
+    for (const QString& directory : options.Directories) {
+        const DirectoryChange change = ChangeDirectory(directory);
+        if (change.Number != 0) {
+            return u"The directory %1 can't be changed to: %2."_s.arg(directory,
+                                                                      change.Description);
+        }
+    }
+    QString failure = ReadDocumentFile(FullPath(options.Document), content);
     if (!failure.isEmpty()) {
-        std::fprintf(stderr, "%s\n", qUtf8Printable(failure));
-        return Status::NotOpened;
+        return failure;
     }
     if (!content.HasVariables) {
         MakeDefaultVariable(content.Variables);
     }
+    return ApplySettings(options.Settings, content.Variables);
+}
+
+Status CarryOutCommands(const std::vector<StringList>& commands, const Options& options,
+                        Output& output) {
+    const BehindFailure behind = options.StopOnError ? BehindFailure::Stop : BehindFailure::GoOn;
+    return CarryOut(commands, behind, output) || options.IgnoreErrors ? Status::Success
+                                                                      : Status::Failure;
+}
+
+/// Writes @p text, which is all that was asked for.
+Status Print(const QByteArray& text, Output& output) {
+    output.Write(text);
+    return output.Failed() ? Status::Failure : Status::Success;
+}
+
+Status UseDocument(const Options& options, Output& output) {
+    DocumentContent content;
+    const QString failure = OpenDocument(options, content);
+    if (!failure.isEmpty()) {
+        Tell(failure);
+        return Status::WrongCall;
+    }
     const std::vector<StringList> commands = AssembleCommands(content.Compilers, content.Variables);
     if (commands.empty()) {
-        ReportNothingToRun();
-        std::fprintf(stderr, "%s\n%s\n", qUtf8Printable(NothingToRunIssue.toString()),
-                     qUtf8Printable(NothingToRunResult.toString()));
+        ReportNothingToRun(output);
+        Tell(NothingToRunIssue.toString() + u' ' + NothingToRunResult.toString());
         return Status::NothingToRun;
     }
-    CarryOut(commands);
-    return Status::CarriedOut;
+    return CarryOutCommands(commands, options, output);
+}
+
+Status Main(int argc, char** argv) {
+    const std::optional<Options> options = ReadOptions(argc, argv);
+    if (!options) {
+        return Status::WrongCall;
+    }
+    Output output;
+    switch (options->What) {
+    case Action::Help:
+        return Print(HelpText(argc, argv).toUtf8(), output);
+    case Action::Version:
+        return Print(VersionText, output);
+    default:
+        return UseDocument(*options, output);
+    }
 }
 
 } // namespace
@@ -41,9 +95,5 @@ Status CarryOutDocument(const QString& fileName) {
 
 int main(int argc, char** argv) {
     rivenfall::OpenStandardStreams();
-    if (argc != 2 || *argv[1] == '\0') {
-        std::fputs("Usage: rivenfall-run DOCUMENT\n", stderr);
-        return static_cast<int>(rivenfall::Status::NotOpened);
-    }
-    return static_cast<int>(rivenfall::CarryOutDocument(rivenfall::PathText(argv[1])));
+    return static_cast<int>(rivenfall::Main(argc, argv));
 }
