@@ -18,14 +18,26 @@ namespace {
 constexpr int CommandCount = 100;
 constexpr int ShortOutput = 20'000;
 constexpr int LongOutput = 100'000'000;
+constexpr int TemplateCount = 2'000;
+constexpr int TemplateItems = 10;
+constexpr int VariableCount = 1'000;
+/// At least as many bytes as each of the lines has.
+constexpr qint64 TemplateOutput = TemplateCount * 100;
 
-/// The same command lines, as a document for the runner and as a file for make.
+using Variables = std::vector<std::pair<QString, QString>>;
+
+/// The same command lines and variables, as a document for the runner and as a file for make.
 class Chain {
 public:
-    Chain(int count, const QStringList& items) {
+    explicit Chain(const std::vector<QStringList>& commands, const Variables& variables = {}) {
         DocumentContent content;
-        QString lines = QStringLiteral("all:\n");
-        for (int number = 0; number < count; ++number) {
+        QString lines;
+        for (const auto& [name, value] : variables) {
+            content.Variables.Add(name)->Childs()->Add(value);
+            lines += name + QStringLiteral(" = ") + value + u'\n';
+        }
+        lines += QStringLiteral("all:\n");
+        for (const QStringList& items : commands) {
             const auto compiler = content.Compilers.Add(items.first());
             for (const QString& item : items.sliced(1)) {
                 compiler->Childs()->Add(item);
@@ -41,11 +53,48 @@ public:
         }
     }
 
+    Chain(int count, const QStringList& items)
+        : Chain(std::vector<QStringList>(static_cast<size_t>(count), items)) {}
+
     QString Document() const { return Folder.filePath(QStringLiteral("chain.tvq")); }
     QString MakeFile() const { return Folder.filePath(QStringLiteral("chain.mk")); }
 
 private:
     QTemporaryDir Folder;
+};
+
+/// Command lines of ten items with two references each, spread over all the variables.
+class Template : public Chain {
+public:
+    Template() : Chain(Commands(), Values()) {}
+
+private:
+    static QString Name(int number) { return QStringLiteral("VARIABLE_%1").arg(number); }
+
+    static std::vector<QStringList> Commands() {
+        std::vector<QStringList> commands;
+        int number = 0;
+        for (int command = 0; command < TemplateCount; ++command) {
+            QStringList items{QStringLiteral("${FOLDER}/${PROGRAM}")};
+            while (items.size() < TemplateItems) {
+                number = (number + 7) % VariableCount;
+                items += QStringLiteral("item%1-${%2}${%3}")
+                             .arg(items.size())
+                             .arg(Name(number), Name(VariableCount - 1 - number));
+            }
+            commands.push_back(items);
+        }
+        return commands;
+    }
+
+    static Variables Values() {
+        Variables values{{QStringLiteral("FOLDER"), QStringLiteral("/bin")},
+                         {QStringLiteral("PROGRAM"), QStringLiteral("true")}};
+        for (int number = 0; number < VariableCount; ++number) {
+            values.emplace_back(Name(number), QStringLiteral("value%1").arg(number));
+        }
+        return values;
+    }
 };
 
 /// Starts @p commandLine and reads its output to the end. Gives the number of bytes.
@@ -91,6 +140,16 @@ void ByMake(benchmark::State& state, int count, const QStringList& items, qint64
     Measure(state, QStringLiteral("make -s -f %1").arg(chain.MakeFile()), leastOutput);
 }
 
+void DryRun(benchmark::State& state) {
+    const Template chain;
+    Measure(state, QStringLiteral(RIVENFALL_RUNNER " -n %1").arg(chain.Document()), TemplateOutput);
+}
+
+void DryRunByMake(benchmark::State& state) {
+    const Template chain;
+    Measure(state, QStringLiteral("make -n -f %1").arg(chain.MakeFile()), TemplateOutput);
+}
+
 /// A command that writes @p count bytes.
 QStringList Writing(int count) {
     return {QStringLiteral("head"), QStringLiteral("-c"), QString::number(count),
@@ -111,5 +170,7 @@ BENCHMARK_CAPTURE(ByRunner, ShortOutput, 1, Writing(ShortOutput), ShortOutput)->
 BENCHMARK_CAPTURE(ByMake, ShortOutput, 1, Writing(ShortOutput), ShortOutput)->Apply(Runs);
 BENCHMARK_CAPTURE(ByRunner, LongOutput, 1, Writing(LongOutput), LongOutput)->Apply(Runs);
 BENCHMARK_CAPTURE(ByMake, LongOutput, 1, Writing(LongOutput), LongOutput)->Apply(Runs);
+BENCHMARK(DryRun)->Apply(Runs);
+BENCHMARK(DryRunByMake)->Apply(Runs);
 
 } // namespace rivenfall

@@ -28,7 +28,7 @@ struct Parser : QCommandLineParser {
         setApplicationDescription(
             u"Carry out the compilers of DOCUMENT that have a check mark, in order, and print the "
             "log."_s);
-        addOptions({Directory, StopOnError, IgnoreErrors, Help, Version});
+        addOptions({Directory, StopOnError, IgnoreErrors, DryRun, Help, Version});
         addPositionalArgument(u"DOCUMENT"_s, u"The document (*.tvq)."_s);
         addPositionalArgument(
             u"NAME=VALUE"_s,
@@ -44,6 +44,9 @@ struct Parser : QCommandLineParser {
     const QCommandLineOption IgnoreErrors{
         {u"i"_s, u"ignore-errors"_s},
         u"End with status 0 in spite of failures. They are told all the same."_s};
+    const QCommandLineOption DryRun{
+        {u"n"_s, u"dry-run"_s},
+        u"Start nothing. Print the command lines, quoted for a POSIX shell."_s};
     const QCommandLineOption Help{u"help"_s, u"Print this help and end."_s};
     const QCommandLineOption Version{u"version"_s, u"Print the program's version and end."_s};
 };
@@ -71,6 +74,9 @@ QString ReadArguments(Parser& parser, const QStringList& arguments, Options& opt
     options.IgnoreErrors = parser.isSet(parser.IgnoreErrors);
     if (options.StopOnError && options.IgnoreErrors) {
         return u"The options -e and -i exclude each other."_s;
+    }
+    if (parser.isSet(parser.DryRun)) {
+        options.What = Action::DryRun;
     }
     options.Directories = parser.values(parser.Directory);
     QStringList names = parser.positionalArguments();

@@ -2,6 +2,7 @@
 #include "run/CommandAssembly.h"
 #include "run/LogFrame.h"
 #include "runner/DocumentRun.h"
+#include "runner/DryRun.h"
 #include "runner/Options.h"
 #include "runner/Output.h"
 #include "runner/Settings.h"
@@ -64,11 +65,22 @@ Status UseDocument(const Options& options, Output& output) {
         Tell(failure);
         return Status::WrongCall;
     }
-    const std::vector<StringList> commands = AssembleCommands(content.Compilers, content.Variables);
+    QStringList unresolved;
+    const std::vector<StringList> commands =
+        AssembleCommands(content.Compilers, content.Variables, &unresolved);
     if (commands.empty()) {
-        ReportNothingToRun(output);
+        if (options.What == Action::Run) {
+            ReportNothingToRun(output);
+        }
         Tell(NothingToRunIssue.toString() + u' ' + NothingToRunResult.toString());
         return Status::NothingToRun;
+    }
+    if (options.What == Action::DryRun) {
+        PrintCommands(commands, output);
+        for (const QString& name : unresolved) {
+            Tell(u"${%1}: no value found"_s.arg(name));
+        }
+        return output.Failed() ? Status::Failure : Status::Success;
     }
     return CarryOutCommands(commands, options, output);
 }

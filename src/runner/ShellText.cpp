@@ -1,0 +1,87 @@
+#include "runner/ShellText.h"
+
+#include "runner/VisibleText.h"
+
+#include <algorithm>
+
+namespace rivenfall {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The words that dash, bash, busybox, ksh or mksh take for more than the name of a program.
+constexpr QStringView ShellWords =
+    u" . : [ alias autoload bg bind break builtin caller case cat cd chdir command compgen "
+    u"complete "
+    "compopt continue coproc declare dirs disown do done echo elif else enable enum esac eval exec "
+    "exit export false fc fg fi float for function functions getconf getopts global hash hist "
+    "history if in integer jobs kill let local logout mapfile mknod nameref newgrp nohup popd "
+    "print "
+    "printf pushd pwd read readarray readonly realpath rename return select set shift shopt sleep "
+    "source stop suspend test then time times trap true type typeset ulimit umask unalias unset "
+    "until wait whence while ";
+
+bool IsShellWord(const QString& word) {
+    return !word.contains(u' ') && ShellWords.contains(u' ' + word + u' ');
+}
+
+bool IsPlain(QChar character) {
+    return (character >= u'a' && character <= u'z') || (character >= u'A' && character <= u'Z') ||
+           (character >= u'0' && character <= u'9') ||
+           QStringView(u"%+,-./:@_").contains(character);
+}
+
+/// Adds @p text to @p line as one word of the shell.
+void AddWord(QString& line, QString text) {
+    if (!text.isEmpty() && std::all_of(text.begin(), text.end(), IsPlain)) {
+        line += text;
+        return;
+    }
+    line += u'\'' + text.replace(u'\'', u"'\\''"_s) + u'\'';
+}
+
+/// A line in the place of one that no text can express: it fails, as the start does.
+QString Failing(const QString& text) {
+    return u"false # "_s + VisibleText(text) + u'\n';
+}
+
+bool HasParentStep(const QString& path) {
+    return path.split(u'/').contains(u".."_s);
+}
+
+} // namespace
+
+QString ShellCommand(const QStringList& items) {
+    QString line;
+    for (const QString& item : items) {
+        if (item.contains(QChar::Null)) {
+            return Failing(items.join(u' '));
+        }
+        if (!line.isEmpty()) {
+            line += u' ';
+        }
+        AddWord(line, item);
+    }
+    // exec looks along PATH alone, never among the shell's own commands.
+    if (IsShellWord(items.first())) {
+        line = u"(exec "_s + line + u')';
+    }
+    return line + u" </dev/null\n"_s;
+}
+
+QString ShellDirectoryChange(const QString& path) {
+    // A shell goes somewhere for an empty path, a run stays where it is.
+    if (path.isEmpty() || path.contains(QChar::Null)) {
+        return Failing(u"cd "_s + path);
+    }
+    // The shell drops a step to the parent together with the link before it, unless told.
+    QString line = HasParentStep(path) ? u"cd -P "_s : u"cd "_s;
+    // Without CDPATH, and without options.
+    const QString first = path.section(u'/', 0, 0);
+    const bool certain = path.startsWith(u'/') || first == u"." || first == u"..";
+    AddWord(line, certain ? path : u"./"_s + path);
+    return line + u'\n';
+}
+
+} // namespace rivenfall

@@ -1,0 +1,87 @@
+#include "RunnerHarness.h"
+
+#include <QDir>
+
+using namespace rivenfall;
+
+namespace {
+
+using RunnerDryRunTest = RunnerTest;
+
+TEST_F(RunnerDryRunTest, PrintsLinesForAShellAndStartsNothing) {
+    Document({Shell(u": >started"_s, {u"it's"_s, u"${A}"_s}),
+              {"cd", {"my dir"}},
+              {"cd", {"../-x"}},
+              {"cd", {"/gone"}},
+              "cd",
+              "no-such",
+              "./tool",
+              {"echo", {"-n"}},
+              {"A=b", {"~", "a*", "-o", "${NONE}.c"}},
+              {"no-such", {"${none}${SELF}"}}},
+             "doc.tvq", "A(~),SELF(${SELF}),!NONE(x)");
+    QDir(Folder.path()).mkdir(u"my dir"_s);
+    const Call result = Run({u"-n"_s, u"doc.tvq"_s});
+    EXPECT_EQ(result.Status, 0);
+    EXPECT_EQ(result.Output,
+              "sh -c ': >started' 'it'\\''s' '' </dev/null\n"
+              "cd './my dir'\ncd -P ../-x\ncd /gone\nfalse # cd \nno-such </dev/null\n"
+              "./tool </dev/null\n(exec echo -n) </dev/null\n"
+              "'A=b' '~' 'a*' -o .c </dev/null\nno-such '' </dev/null\n");
+    // What comes behind a directory that isn't there is looked for only where that is certain.
+    EXPECT_EQ(result.Error, "rivenfall-run: cd ../-x: No such file or directory\n"
+                            "rivenfall-run: cd /gone: No such file or directory\n"
+                            "rivenfall-run: no-such: No such file or directory\n"
+                            "rivenfall-run: A=b: No such file or directory\n"
+                            "rivenfall-run: ${NONE}: no value found\n"
+                            "rivenfall-run: ${none}: no value found\n"
+                            "rivenfall-run: ${SELF}: no value found\n");
+    EXPECT_FALSE(Exists("started"));
+}
+
+TEST_F(RunnerDryRunTest, AShellDoesWhatTheRunDoes) {
+    // Programs that tell how they were called; a shell has something of its own for some names.
+    QDir(Folder.path()).mkdir(u"bin"_s);
+    std::vector<Sketch> compilers;
+    for (const char* name : {"tool", "echo", "test", "[", "if", "time", "cat", "-x", "a=b",
+                             "my tool", "~", "exit", "漢"}) {
+        const QString path = Path("bin/") + QString::fromUtf8(name);
+        StoreBytes(path, "#!/bin/dash\nprintf '%s\\0' \"$(pwd -P)\" \"$0\" \"$@\" >>\"$OUT\"\n");
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
+        compilers.push_back({name,
+                             {"a b", "-n", "\\n", "it's \"$HOME\"`x`\\", "1\n2\n", "${EMPTY}", "*",
+                              "x=y", "#", "&", "漢字 😀", "~", "!!"}});
+        compilers.back().Below.push_back(Sketch(QString(u'a') + QChar(u'\x7F') + u'\t'));
+    }
+    for (const char* folder : {"-x/deep", "decoy/-x", "decoy/plain", "plain", "a  b"}) {
+        QDir(Folder.path()).mkpath(QString::fromUtf8(folder));
+    }
+    QFile::link(u"-x/deep"_s, Path("link"));
+    const std::vector<std::vector<Sketch>> changes = {
+        {"-x"},    {".."},       {"link"},   {".."}, {"-"},      {"~"},
+        {},        {"${EMPTY}"}, {"gone"},   {".."}, {"a  b"},   {".."},
+        {"plain"}, {"../decoy"}, {"a", "b"}, {"."},  {"./plain"}};
+    for (const std::vector<Sketch>& path : changes) {
+        compilers.push_back({"cd", path});
+        compilers.push_back({"tool", {}});
+    }
+    // It would take in the lines behind it, were its standard input the shell's.
+    compilers.insert(compilers.begin(), Shell(u"timeout 0.2 head -c 99999; :"_s));
+    compilers.push_back("no-such");
+    compilers.push_back("tool");
+    Document(compilers);
+    Environment.insert(u"CDPATH"_s, Path("decoy"));
+    Environment.insert(u"PATH"_s, Path("bin") + u':' + qEnvironmentVariable("PATH"));
+
+    Environment.insert(u"OUT"_s, Path("run"));
+    Run();
+    EXPECT_GT(TextOf("run").size(), 1000U);
+    for (const char* shell : {"dash", "bash", "sh"}) {
+        QFile::remove(Path("shell"));
+        Environment.insert(u"OUT"_s, Path("shell"));
+        Bash((std::string("$RUN -n doc.tvq | ") + shell).c_str());
+        EXPECT_TRUE(TextOf("shell") == TextOf("run")) << shell << '\n' << TextOf("shell");
+    }
+}
+
+} // namespace
