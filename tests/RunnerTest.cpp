@@ -28,6 +28,8 @@ TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
         {"off.tvq EMPTI=x", 2, "No variable of the document has the name EMPTI. There are: EMPTY."},
         {"-x off.tvq", 2, "Unknown option 'x'."},
         {"-ei off.tvq", 2, "The options -e and -i exclude each other."},
+        {"-n --print off.tvq", 2, "The options -n and -p exclude each other."},
+        {"-p off.tvq A=B", 2, "The option -p shows the document as it is and takes no NAME=VALUE."},
         {"", 2, "The name of a document is missing."}};
     for (const auto& [arguments, status, error] : cases) {
         const Call result = Run(QString::fromUtf8(arguments).split(u' '));
@@ -51,7 +53,7 @@ TEST_F(RunnerTest, TellsOfItself) {
         "Usage: rivenfall-run [OPTION]... DOCUMENT [NAME=VALUE]...\nCarry out"));
     for (const char* option :
          {"-C, --directory <DIR>", "-e, --stop-on-error", "-i, --ignore-errors", "-n, --dry-run",
-          "--help", "--version", "\nExit status:\n"}) {
+          "-p, --print", "--help", "--version", "\nExit status:\n"}) {
         EXPECT_NE(help.Output.find(option), std::string::npos) << option;
     }
     const Call version = Run({u"--version"_s});
@@ -114,6 +116,7 @@ TEST_F(RunnerTest, OutputThatCannotBeWrittenIsAFailure) {
     EXPECT_EQ(result.Status, 3);
     EXPECT_EQ(result.Error, full);
     EXPECT_EQ(Bash("$RUN -n doc.tvq >/dev/full").Status, 3);
+    EXPECT_EQ(Bash("$RUN -p doc.tvq >/dev/full").Status, 3);
     // Where nobody is to be ended by a closed pipe it is a failure like any other.
     result = Bash("trap '' PIPE; { sleep 0.5; $RUN doc.tvq; echo $? >status; } | :; cat status");
     EXPECT_EQ(result.Output, "3\n");
@@ -138,6 +141,19 @@ TEST_F(RunnerTest, ASettingHoldsForTheRunWhateverIsTicked) {
         EXPECT_EQ(result.Status, 0) << result.Error;
     }
     EXPECT_EQ(BytesOf(Path("doc.tvq")), document);
+}
+
+TEST_F(RunnerTest, PrintsTheDocumentForPeopleAndComparisons) {
+    const char* compilers = "!gcc(-o(!a.out,b),~(${F})),~";
+    Document(Sketches(compilers), "doc.tvq", "F(1\n\t\\\x1B,\u202E漢)");
+    const Call result = Run({u"-p"_s, u"doc.tvq"_s});
+    EXPECT_EQ(result.Status, 0);
+    EXPECT_EQ(result.Output, "Compilers\n  [ ] gcc\n    [x] -o\n      [ ] a.out\n      [x] b\n"
+                             "    [x]\n      [x] ${F}\n  [x]\nVariables\n  [x] F\n"
+                             "    [x] 1\\n\\t\\\\\\x1b\n    [x] \\u202e漢\n");
+    Document(Sketches("!gcc(-o(a.out,b),~(${F})),~"), "ticked.tvq", "F(1\n\t\\\x1B,\u202E漢)");
+    EXPECT_EQ(Bash("diff <($RUN -p doc.tvq) <($RUN -p ticked.tvq)").Output,
+              "4c4\n<       [ ] a.out\n---\n>       [x] a.out\n");
 }
 
 TEST_F(RunnerTest, TextArrivesWholeInAnyEnvironment) {

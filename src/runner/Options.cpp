@@ -28,7 +28,7 @@ struct Parser : QCommandLineParser {
         setApplicationDescription(
             u"Carry out the compilers of DOCUMENT that have a check mark, in order, and print the "
             "log."_s);
-        addOptions({Directory, StopOnError, IgnoreErrors, DryRun, Help, Version});
+        addOptions({Directory, StopOnError, IgnoreErrors, DryRun, Print, Help, Version});
         addPositionalArgument(u"DOCUMENT"_s, u"The document (*.tvq)."_s);
         addPositionalArgument(
             u"NAME=VALUE"_s,
@@ -47,6 +47,8 @@ struct Parser : QCommandLineParser {
     const QCommandLineOption DryRun{
         {u"n"_s, u"dry-run"_s},
         u"Start nothing. Print the command lines, quoted for a POSIX shell."_s};
+    const QCommandLineOption Print{{u"p"_s, u"print"_s},
+                                   u"Start nothing. Print the document as text."_s};
     const QCommandLineOption Help{u"help"_s, u"Print this help and end."_s};
     const QCommandLineOption Version{u"version"_s, u"Print the program's version and end."_s};
 };
@@ -75,8 +77,14 @@ QString ReadArguments(Parser& parser, const QStringList& arguments, Options& opt
     if (options.StopOnError && options.IgnoreErrors) {
         return u"The options -e and -i exclude each other."_s;
     }
+    if (parser.isSet(parser.DryRun) && parser.isSet(parser.Print)) {
+        return u"The options -n and -p exclude each other."_s;
+    }
     if (parser.isSet(parser.DryRun)) {
         options.What = Action::DryRun;
+    }
+    if (parser.isSet(parser.Print)) {
+        options.What = Action::Print;
     }
     options.Directories = parser.values(parser.Directory);
     QStringList names = parser.positionalArguments();
@@ -90,6 +98,9 @@ QString ReadArguments(Parser& parser, const QStringList& arguments, Options& opt
             return u"The argument %1 isn't of the form NAME=VALUE."_s.arg(setting);
         }
         options.Settings.emplace_back(setting.first(sign), setting.sliced(sign + 1));
+    }
+    if (options.What == Action::Print && !options.Settings.empty()) {
+        return u"The option -p shows the document as it is and takes no NAME=VALUE."_s;
     }
     return {};
 }

@@ -10,7 +10,7 @@
 namespace rivenfall {
 
 /// What the program is called for.
-enum class Action { Run, DryRun, Help, Version };
+enum class Action { Run, DryRun, Print, Help, Version };
 
 /// What a call of the program asks for.
 struct Options {

@@ -2,6 +2,7 @@
 #include "run/CommandAssembly.h"
 #include "run/LogFrame.h"
 #include "runner/DocumentRun.h"
+#include "runner/DocumentText.h"
 #include "runner/DryRun.h"
 #include "runner/Options.h"
 #include "runner/Output.h"
@@ -64,6 +65,9 @@ Status UseDocument(const Options& options, Output& output) {
     if (!failure.isEmpty()) {
         Tell(failure);
         return Status::WrongCall;
+    }
+    if (options.What == Action::Print) {
+        return Print(DocumentText(content), output);
     }
     QStringList unresolved;
     const std::vector<StringList> commands =
