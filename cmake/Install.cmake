@@ -8,6 +8,11 @@ set(icons_dir ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 
 install(TARGETS rivenfall COMPONENT rivenfall)
 install(TARGETS rivenfall-run COMPONENT rivenfall-run)
+install(
+  FILES ${packaging_dir}/bash-completion
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  RENAME rivenfall-run
+  COMPONENT rivenfall-run)
 
 # Installs a picture as the program's icon and another as that of its documents.
 function(install_icons folder program_picture document_picture extension)
