@@ -1,7 +1,5 @@
 #include "RunnerHarness.h"
 
-#include <QDir>
-
 using namespace rivenfall;
 
 namespace {

@@ -3,7 +3,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <unistd.h>
 
 using namespace rivenfall;
 
