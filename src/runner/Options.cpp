@@ -1,6 +1,7 @@
 #include "runner/Options.h"
 
 #include "runner/Output.h"
+#include "system/FilePath.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -113,7 +114,7 @@ std::optional<Options> ReadOptions(int argc, char** argv) {
     }
     QStringList arguments;
     for (int position = 0; position < argc; ++position) {
-        arguments += QString::fromUtf8(argv[position]);
+        arguments += PathText(argv[position]);
     }
     Parser parser;
     Options options;
