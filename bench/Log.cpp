@@ -7,13 +7,13 @@ namespace rivenfall {
 namespace {
 
 constexpr int LargeLog = 10'000'000;
+constexpr int LongLine = 65'536;
+constexpr int VeryLongLine = 1'000'000;
 constexpr int TickCount = 300;
 
-/// What one tick of the clock does to the log window with 64 bytes of output, until it is painted.
-void AppendInTick(benchmark::State& state) {
-    const QString chunk =
-        QStringLiteral("compiling source/number.c to build/number.o with -O2 -g\r\n");
-    const QString line = chunk.leftJustified(64, u'x', true);
+/// What one tick of the clock does to the log window with 64 bytes of output, @p line, until it is
+/// painted, where the log has so many already.
+void Append(benchmark::State& state, const QString& line) {
     frmExec form;
     form.Show();
     form.txtOutput.SetText(line.repeated(state.range(0) / line.size()));
@@ -26,12 +26,24 @@ void AppendInTick(benchmark::State& state) {
     }
 }
 
+void AppendInTick(benchmark::State& state) {
+    const QString chunk =
+        QStringLiteral("compiling source/number.c to build/number.o with -O2 -g\r\n");
+    Append(state, chunk.leftJustified(64, u'x', true));
+}
+
+/// As a program does that shows its progress in one line without an end.
+void AppendToLine(benchmark::State& state) {
+    Append(state, QStringLiteral("compiling source/number.c . ").leftJustified(64, u'.'));
+}
+
+void Ticks(benchmark::internal::Benchmark* work) {
+    work->Unit(benchmark::kMicrosecond)->Iterations(TickCount);
+}
+
 } // namespace
 
-BENCHMARK(AppendInTick)
-    ->Arg(0)
-    ->Arg(LargeLog)
-    ->Unit(benchmark::kMicrosecond)
-    ->Iterations(TickCount);
+BENCHMARK(AppendInTick)->Arg(0)->Arg(LargeLog)->Apply(Ticks);
+BENCHMARK(AppendToLine)->Arg(LongLine)->Arg(VeryLongLine)->Apply(Ticks);
 
 } // namespace rivenfall

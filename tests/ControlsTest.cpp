@@ -1,5 +1,7 @@
 #include "Harness.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QPlainTextEdit>
 
 using namespace rivenfall;
@@ -21,6 +23,38 @@ TEST(MultiLineTextBoxTest, ShowsEveryKindOfLineBreakOnce) {
     EXPECT_EQ(edit->toPlainText().toStdString(), "\nnew");
     box.SetSelStartToEnd();
     EXPECT_EQ(edit->textCursor().position(), 4);
+}
+
+TEST(MultiLineTextBoxTest, ALongLineIsWholeWhenCopied) {
+    QWidget window;
+    MultiLineTextBox box(&window);
+    auto* edit = static_cast<QPlainTextEdit*>(box.Widget());
+    const QString whole(4000, u'w');
+    const QString text =
+        whole + u"\n"_s + u"a"_s + u"😀"_s.repeated(40'000) + u"\n\n"_s + whole + u"x\n"_s;
+    for (qsizetype position = 0; position < text.size(); position += 64) {
+        box.AppendText(text.mid(position, 64));
+    }
+    EXPECT_EQ(box.Text(), text);
+    edit->selectAll();
+    edit->copy();
+    EXPECT_EQ(QApplication::clipboard()->text(), text);
+    QTextCursor part(edit->document());
+    part.setPosition(3990);
+    part.setPosition(9000, QTextCursor::KeepAnchor);
+    edit->setTextCursor(part);
+    edit->copy();
+    EXPECT_TRUE(text.sliced(3990, 5010).startsWith(QApplication::clipboard()->text()));
+    EXPECT_GT(QApplication::clipboard()->text().size(), 4900);
+    const QStringList shown = edit->toPlainText().split(u'\n');
+    EXPECT_EQ(shown.first(), whole);
+    for (const QString& line : shown) {
+        EXPECT_LE(line.size(), 4001);
+        EXPECT_FALSE(!line.isEmpty() &&
+                     (line.front().isLowSurrogate() || line.back().isHighSurrogate()));
+    }
+    box.SetSelStartToEnd();
+    EXPECT_TRUE(edit->textCursor().atEnd());
 }
 
 } // namespace

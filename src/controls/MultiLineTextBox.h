@@ -6,7 +6,8 @@ namespace rivenfall {
 
 /// A box for a long text that the user can select and copy but not change. Lines don't wrap.
 ///
-/// The box shows a line break for a carriage return, a line feed, or the two together.
+/// The box shows a line break for a carriage return, a line feed, or the two together. A very long
+/// line is shown in several pieces; what is copied from it is whole.
 class MultiLineTextBox : public Control {
     Q_OBJECT
 
