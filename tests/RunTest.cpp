@@ -156,6 +156,49 @@ TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
     EXPECT_EQ(Execute({u"echo"_s, u"again"_s}).toStdString(), "again\n");
 }
 
+TEST_F(RunTest, WhatIsTooMuchFailsToStart) {
+    // One value that is too long, many of which each is short enough, and what is in order.
+    std::vector<Sketch> many(100'000, Sketch("${SHORT}"));
+    const QString doubled = u"${NEXT%1}${NEXT%1}"_s;
+    Open({{"echo", {"a${NEXT0}"}}, {"cd", {"${NEXT0}"}}, {"echo", many}, {"echo", {"${B}"}}},
+         "SHORT(~),B(fine)");
+    DataNodes& variables = *Program().Variables();
+    variables.Item(1)->Childs()->Item(1)->SetValue(QString(100'000, u's'));
+    for (int each = 0; each < 40; ++each) {
+        variables.Add(u"NEXT%1"_s.arg(each))
+            ->Childs()
+            ->Add(each == 39 ? u"x"_s : doubled.arg(each + 1));
+    }
+    Program().Run();
+    const QString tooLong = u"# | [error: CreateProcess failed (7)]\r\n"_s;
+    EXPECT_EQ(Log().count(tooLong), 2);
+    EXPECT_EQ(Log().count(u"[error File name too long]"_s), 1);
+    EXPECT_LT(Log().size(), 10'000'000);
+    EXPECT_TRUE(Log().endsWith(Frame(u"echo fine"_s, Success) + u"fine\n"_s));
+}
+
+TEST_F(RunTest, WithoutMemoryACommandFails) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer has the whole address space";
+#endif
+    Open({{"echo", {QString(2'000'000, u'x')}}, {"echo", {"fine"}}});
+    QFile statistics(u"/proc/self/statm"_s);
+    ASSERT_TRUE(statistics.open(QIODevice::ReadOnly));
+    const rlim_t pages = statistics.readAll().split(' ').first().toULong();
+    rlimit limit;
+    getrlimit(RLIMIT_AS, &limit);
+    // No room for the command line, for its items, for the frame, and room for nearly all.
+    for (const rlim_t room : {2, 6, 10, 14, 18, 24}) {
+        const rlimit tight = {pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + (room << 20),
+                              limit.rlim_max};
+        setrlimit(RLIMIT_AS, &tight);
+        Program().Run();
+        setrlimit(RLIMIT_AS, &limit);
+        EXPECT_TRUE(Log().contains(u"error: CreateProcess failed ("_s)) << room;
+        EXPECT_TRUE(Log().endsWith(Frame(u"echo fine"_s, Success) + u"fine\n"_s)) << room;
+    }
+}
+
 TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
     const QString title = u"[Output] - OMRA Rivenfall Compiler Controller 1.5.0"_s;
     QWidget* window = OutputWindow();

@@ -8,30 +8,56 @@ namespace rivenfall {
 
 namespace {
 
-void AddItem(StringList& items, const DataNode& node, VariableExpander& expander) {
-    if (!node.Value().isEmpty()) {
-        items.Add(expander.Expand(node.Value()), true);
+/// In characters. The kernel takes at most 6 MiB of arguments and environment, whatever the limit
+/// on the stack is (execve(2)).
+constexpr qint64 MostOfACommand = 1 << 23;
+
+/// Puts the items of one command line together. What is behind an amount that makes the start fail
+/// is left out: many items may share one long text, but the command line would hold them all.
+class CommandWriter {
+public:
+    explicit CommandWriter(VariableExpander& expander) : Expander(expander) {
+        Items.SetSeparator(QStringLiteral(" "));
+        Items.SetQuoteBegin(QStringLiteral("\""));
+        Items.SetQuoteEnd(QStringLiteral("\""));
     }
-}
+
+    void Add(const DataNode& node) {
+        if (Length <= MostOfACommand) {
+            const QString item = Expander.Expand(node.Value());
+            Length += item.size();
+            Items.Add(item, true);
+        }
+    }
+
+    void AddUnlessEmpty(const DataNode& node) {
+        if (!node.Value().isEmpty()) {
+            Add(node);
+        }
+    }
+
+    StringList Items;
+
+private:
+    VariableExpander& Expander;
+    qint64 Length = 0;
+};
 
 StringList CommandOf(const DataNode& compiler, VariableExpander& expander) {
-    StringList items;
-    items.SetSeparator(QStringLiteral(" "));
-    items.SetQuoteBegin(QStringLiteral("\""));
-    items.SetQuoteEnd(QStringLiteral("\""));
-    items.Add(expander.Expand(compiler.Value()), true);
+    CommandWriter command(expander);
+    command.Add(compiler);
     for (const std::shared_ptr<DataNode>& parameter : *compiler.Childs()) {
         if (!parameter->Active()) {
             continue;
         }
-        AddItem(items, *parameter, expander);
+        command.AddUnlessEmpty(*parameter);
         for (const std::shared_ptr<DataNode>& value : *parameter->Childs()) {
             if (value->Active()) {
-                AddItem(items, *value, expander);
+                command.AddUnlessEmpty(*value);
             }
         }
     }
-    return items;
+    return command.Items;
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 namespace rivenfall {
 
@@ -58,8 +59,11 @@ void Execution::Clear() {
 
 void Execution::Echo(const QString& Issue, const QString& Success) {
     EnsureShown();
-    pobjFormTxtOutput->AppendText(LogFrame(Issue, Success, pobjFormTxtOutput->TextLength() > 0));
-    pobjFormTxtOutput->SetSelStartToEnd();
+    try {
+        AppendFrame(Issue, Success);
+    } catch (const std::bad_alloc&) {
+        AppendShortFrame(Issue, Success);
+    }
 }
 
 bool Execution::Execute(const QString& CommandLine) {
@@ -153,6 +157,15 @@ void Execution::pobjFormTmrTick_Timer() {
     if (!pblnRunning) {
         return;
     }
+    try {
+        ReadOutput();
+    } catch (const std::bad_alloc&) {
+        pobjUnfinished.clear();
+        EndOutput();
+    }
+}
+
+void Execution::ReadOutput() {
     std::array<char, BytesPerTick> buffer = {};
     int count = 0;
     switch (ReadFile(phndOutputRead, buffer.data(), BytesPerTick, count)) {
@@ -171,6 +184,21 @@ void Execution::pobjFormTmrTick_Timer() {
 void Execution::EnsureShown() {
     if (!pobjForm->Visible()) {
         Show();
+    }
+}
+
+void Execution::AppendFrame(const QString& issue, const QString& success) {
+    pobjFormTxtOutput->AppendText(LogFrame(issue, success, pobjFormTxtOutput->TextLength() > 0));
+    pobjFormTxtOutput->SetSelStartToEnd();
+}
+
+/// Adds the frame as far as there is memory for it: with the beginning of @p issue, or not at all.
+void Execution::AppendShortFrame(const QString& issue, const QString& success) {
+    constexpr qsizetype shortLength = 1000;
+    try {
+        AppendFrame(issue.left(shortLength) + u'…', success);
+    } catch (const std::bad_alloc&) {
+        return;
     }
 }
 

@@ -18,7 +18,9 @@ QString LogFrame(const QString& Issue, const QString& Success, bool behindText) 
         frame += lineBreak;
     }
     frame += QStringLiteral("# /") + dashes + lineBreak;
-    frame += QStringLiteral("# | ") + Issue + lineBreak;
+    frame += QStringLiteral("# | ");
+    frame += Issue;
+    frame += lineBreak;
     if (!Success.isEmpty()) {
         frame += QStringLiteral("# | [") + Success + QStringLiteral("]") + lineBreak;
     }

@@ -7,17 +7,28 @@
 #include "system/EventLoop.h"
 #include "system/MessageBox.h"
 
+#include <cerrno>
+#include <new>
+
 namespace rivenfall {
 
 namespace {
 
 void CarryOutDirectoryChange(Execution& execution, const StringList& items) {
-    const QString path = PathOfDirectoryChange(items);
-    execution.Echo(QStringLiteral("cd ") + path, ResultOfChange(ChangeDirectory(path)));
+    try {
+        const QString path = PathOfDirectoryChange(items);
+        execution.Echo(QStringLiteral("cd ") + path, ResultOfChange(ChangeDirectory(path)));
+    } catch (const std::bad_alloc&) {
+        execution.Echo(QStringLiteral("cd"), ResultOfStart(false, ENOMEM));
+    }
 }
 
 void CarryOutCommand(Execution& execution, const StringList& items) {
-    execution.Execute(items.Text());
+    try {
+        execution.Execute(items.Text());
+    } catch (const std::bad_alloc&) {
+        execution.Echo(items.Item(1), ResultOfStart(false, ENOMEM));
+    }
     while (execution.Running()) {
         DoEvents();
     }
@@ -26,7 +37,14 @@ void CarryOutCommand(Execution& execution, const StringList& items) {
 } // namespace
 
 void Application::Run() {
-    const std::vector<StringList> commandList = AssembleCommands(*pobjCompilers, *pobjVariables);
+    std::vector<StringList> commandList;
+    try {
+        commandList = AssembleCommands(*pobjCompilers, *pobjVariables);
+    } catch (const std::bad_alloc&) {
+        pobjExecution->Show();
+        pobjExecution->Echo(FileTitle(), ResultOfStart(false, ENOMEM));
+        return;
+    }
     pobjExecution->Show();
     if (commandList.empty()) {
         const QString issue = NothingToRunIssue.toString();

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <new>
 #include <poll.h>
 #include <spawn.h>
 #include <unistd.h>
@@ -122,7 +123,7 @@ Handle DuplicateHandle(Handle handle) {
 }
 
 bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process,
-                   ChildGroup group) {
+                   ChildGroup group) try {
     const QByteArrayList arguments = ArgumentsOf(commandLine);
     if (arguments.isEmpty()) {
         return Succeeded(commandLine.contains(QChar::Null) ? EINVAL : ENOENT);
@@ -136,6 +137,8 @@ bool CreateProcess(const QString& commandLine, const StandardStreams& streams, H
     const SpawnSettings settings(streams, group);
     return Succeeded(posix_spawnp(&process, pointers[0], &settings.Actions, &settings.Attributes,
                                   pointers.data(), environ));
+} catch (const std::bad_alloc&) {
+    return Succeeded(ENOMEM);
 }
 
 ReadOutcome ReadFile(Handle handle, char* buffer, int size, int& count) {

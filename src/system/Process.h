@@ -47,7 +47,8 @@ Handle DuplicateHandle(Handle handle);
 /// other descriptor, this program's environment and current directory, an empty signal mask and
 /// the default action for every signal but those that were ignored at this program's start. On
 /// success @p process identifies the child; it is a process number and never closed. On failure
-/// the result is False and LastError tells the reason (2 no such program, 13 not executable).
+/// the result is False and LastError tells the reason (2 no such program, 7 too
+/// long, 12 no memory, 13 not executable).
 bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process,
                    ChildGroup group = ChildGroup::Shared);
 
