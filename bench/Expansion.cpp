@@ -1,6 +1,6 @@
 #include "Bench.h"
 
-#include "run/ExpandVariables.h"
+#include "run/VariableExpander.h"
 
 #include <QStringList>
 
@@ -48,11 +48,11 @@ void Expand(benchmark::State& state) {
             ->Childs()
             ->Add(values[number]);
     }
-    if (ExpandVariables(text) != AppendPlainly(Filler(), values)) {
+    if (VariableExpander(*program->Variables()).Expand(text) != AppendPlainly(Filler(), values)) {
         state.SkipWithError("the expansion is wrong");
     }
     for (auto _ : state) {
-        DoNotOptimize(ExpandVariables(text));
+        DoNotOptimize(VariableExpander(*program->Variables()).Expand(text));
     }
 }
 

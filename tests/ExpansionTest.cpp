@@ -144,7 +144,7 @@ TEST(ExpansionTest, NoDocumentIsTooMuch) {
     };
     const QString first = Reference(0);
     const int many = 35000;
-    const qsizetype tooLong = VariableExpander::LongestText() + 1;
+    const qsizetype tooLong = VariableExpander::TooLongLength();
     const auto chain = [=](int each) { return u"x"_s + Reference(each + 1); };
     const auto ring = [=](int each) { return Reference((each + 1) % many) + u"x"_s; };
     EXPECT_EQ(expand(many, chain, first), QString(many, u'x'));
@@ -165,7 +165,7 @@ TEST(ExpansionTest, NoDocumentIsTooMuch) {
 
 TEST(ExpansionTest, TextsOfOneValueShareIt) {
     const QString value(100'000, u'x');
-    const auto variables = Numbered({value, Reference(0) + Reference(2), {}, value.repeated(3)});
+    const auto variables = Numbered({value, Reference(0) + Reference(2), {}, value.repeated(50)});
     VariableExpander expander(*variables);
     EXPECT_EQ(expander.Expand(u"${v1}"_s), value);
     const QString one = expander.Expand(u"${v1}"_s);

@@ -52,9 +52,8 @@ VariableExpander::VariableExpander(const DataNodes& variables, QStringList* unre
     }
 }
 
-qsizetype VariableExpander::LongestText() {
-    static const qsizetype length = 64 * sysconf(_SC_PAGESIZE);
-    return length;
+qsizetype VariableExpander::TooLongLength() {
+    return 64 * sysconf(_SC_PAGESIZE) + 1;
 }
 
 QString VariableExpander::Expand(const QString& Text) {
@@ -148,6 +147,7 @@ QString VariableExpander::TakeOutput() {
 }
 
 void VariableExpander::Append(Frame& frame, const QString& text) {
+    frame.TooLong |= !pstrTooLong.isEmpty() && text.isSharedWith(pstrTooLong);
     if (frame.Output.isEmpty()) {
         frame.Output = text;
     } else {
@@ -161,14 +161,14 @@ void VariableExpander::Append(Frame& frame, QStringView text) {
 }
 
 bool VariableExpander::IsTooMuch(const Frame& frame) const {
-    return frame.Output.size() > LongestText() || plngWork > MostWork;
+    return frame.TooLong || frame.Output.size() > LongestText || plngWork > MostWork;
 }
 
 /// The text in place of one that is too long and begins with @p front. There is one for all, which
 /// begins as the first of them does: nobody can be handed any of them.
 QString VariableExpander::TooLong(const QString& front) {
     if (pstrTooLong.isEmpty()) {
-        pstrTooLong = front.leftJustified(LongestText() + 1, u'…', true);
+        pstrTooLong = front.leftJustified(TooLongLength(), u'…', true);
     }
     return pstrTooLong;
 }

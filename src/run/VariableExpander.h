@@ -26,15 +26,18 @@ public:
     /// expanded in turn. What can't be resolved gives nothing; a reference that is never closed
     /// stays as it is; a value that refers to itself is cut off there. Changes nothing.
     ///
-    /// A text that grows beyond LongestText characters ends there, at LongestText + 1. So does one
-    /// whose variables refer to each other in so many ways that the run would not come to an end.
-    /// Throws std::bad_alloc; the object is then only good to be thrown away.
+    /// A text that grows beyond LongestText characters becomes one of TooLongLength characters. So
+    /// does one whose variables refer to each other in so many ways that the run would not come to
+    /// an end. Throws std::bad_alloc; the object is then only good to be thrown away.
     QString Expand(const QString& Text);
 
-    /// Twice what the kernel takes in one argument, which is 32 pages of memory (execve(2)):
-    /// 262 144 characters where a page has 4 KiB. The start of a program with a longer text fails,
-    /// with 7.
-    static qsizetype LongestText();
+    /// Much more than a program can be handed in all its arguments together.
+    static constexpr qsizetype LongestText = 1 << 22;
+
+    /// More than twice what the kernel takes in one argument, which is 32 pages of memory
+    /// (execve(2)), so that the start of a program with such a text fails, with 7. No more: the log
+    /// shows it.
+    static qsizetype TooLongLength();
 
 private:
     /// A text that is being expanded: the one that was asked for, or the value of a variable.
@@ -45,6 +48,8 @@ private:
         QString Output = {};
         /// A reference below met a variable that was being expanded already.
         bool Cut = false;
+        /// A value below is too long.
+        bool TooLong = false;
     };
 
     /// What has become of a variable so far in this run.
@@ -72,7 +77,7 @@ private:
     /// Per variable: its value is being expanded. Without allocation between two calls.
     std::vector<bool> pblnVariableBusy;
     std::vector<Frame> pobjFrames;
-    /// The text that every one that is too long ends in, one for all in a run.
+    /// What every text that is too long becomes, one for all in a run.
     QString pstrTooLong;
     /// How many characters were written, and how many are kept; see MostWork and MostKept.
     qint64 plngWork = 0;
