@@ -13,6 +13,13 @@ if(RIVENFALL_SANITIZE)
   target_link_options(rivenfall_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(RIVENFALL_FUZZ)
+  target_compile_options(
+    rivenfall_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  target_link_options(rivenfall_options INTERFACE -fsanitize=address,undefined)
+endif()
+
 option(RIVENFALL_WERROR "Treat warnings as errors" OFF)
 if(RIVENFALL_WERROR)
   target_compile_options(rivenfall_options INTERFACE -Werror)
