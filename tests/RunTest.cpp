@@ -106,6 +106,16 @@ TEST_F(RunTest, ATickDeliversAtMost64Bytes) {
     StoreBytes(path, QByteArray(130, 'x'));
     EXPECT_EQ(Execute({u"cat"_s, path}), QString(130, u'x'));
     EXPECT_EQ(Chunks, (QList<int>{64, 64, 2}));
+    // Every 100 milliseconds; a busy machine may be late now and then.
+    StoreBytes(path, QByteArray(320, 'x'));
+    qint64 shortest = 1000;
+    QElapsedTimer clock;
+    for (int tries = 0; tries < 5 && shortest > 700; ++tries) {
+        clock.start();
+        Execute({u"cat"_s, path});
+        shortest = std::min(shortest, clock.elapsed());
+    }
+    EXPECT_TRUE(shortest > 400 && shortest < 1000) << shortest;
     // Characters lie across the ends of chunks, and so does what is none and costs nothing else.
     StoreBytes(path, QByteArray(63, 'a') + "ж" + QByteArray(62, 'b') + "漢" + QByteArray(62, 'c') +
                          "😀" + QByteArray(60, 'd') + "\xFF\xE9t\xC3(\xE6\xBCx\xE6");
@@ -139,6 +149,10 @@ TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
     rlimit limit;
     getrlimit(RLIMIT_NOFILE, &limit);
     const int before = OpenDescriptors();
+    EXPECT_FALSE(Runner().Execute(u"rivenfall-no-such-program"_s));
+    EXPECT_EQ(OpenDescriptors(), before);
+    Execute({u"true"_s});
+    EXPECT_EQ(OpenDescriptors(), before);
     const int free = dup(STDOUT_FILENO);
     close(free);
     // Room for no pipe, for the first one, and for the first one with its copy.
@@ -219,9 +233,46 @@ TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(window->windowTitle(), u"doc.tvq - "_s + title);
     EXPECT_EQ(Log(), Frame(QString(200, u'i') + u"\r\nsecond line"_s, {}).remove(u"# | []\r\n"_s));
-    window->resize(500, 300);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(Runner().Log().Widget()->size(), QSize(500, 300));
+}
+
+TEST_F(RunTest, ARunShowsTheWindowAnew) {
+    const QString title = u" - [Output] - OMRA Rivenfall Compiler Controller 1.5.0"_s;
+    QWidget* window = OutputWindow();
+    Runner().Echo(u"before"_s);
+    const QString before = Log();
+    EXPECT_EQ(window->windowTitle(), u"New File"_s + title);
+    Open(Sketches("!true"));
+    // A visible window stays as it is when there is something new in it.
+    Runner().Echo(u"again"_s);
+    EXPECT_EQ(window->windowTitle(), u"New File"_s + title);
+    Program().Run();
+    EXPECT_EQ(window->windowTitle(), u"doc.tvq"_s + title);
+    EXPECT_TRUE(Log().startsWith(before));
+    EXPECT_TRUE(Log().endsWith(Frame(u"No compilers to run!"_s, u"Please select some..."_s)));
+    window->hide();
+    Program().Run();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(Log().startsWith(before));
+}
+
+TEST_F(RunTest, TheLogFillsItsWindow) {
+    QWidget* window = OutputWindow();
+    const QWidget* box = Runner().Log().Widget();
+    const auto resize = [&](int width, int height) {
+        window->setMinimumSize(1, 1);
+        window->resize(width, height);
+        QCoreApplication::processEvents();
+        return box->size();
+    };
+    Runner().Show();
+    EXPECT_EQ(resize(500, 300), QSize(500, 300));
+    // Not less than 32 twips.
+    EXPECT_EQ(resize(400, 1), QSize(400, 2));
+    resize(500, 300);
+    window->showMinimized();
+    EXPECT_EQ(resize(200, 100), QSize(500, 300));
+    window->showNormal();
+    EXPECT_EQ(resize(210, 110), QSize(210, 110));
 }
 
 } // namespace
