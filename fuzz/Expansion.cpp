@@ -61,7 +61,7 @@ private:
                 return {};
             }
             Busy[each] = true;
-            const QString value = Of(*variable.Value);
+            QString value = Of(*variable.Value);
             Busy[each] = false;
             return value;
         }
