@@ -91,7 +91,7 @@ void Compare(const QByteArray& input) {
     }
 
     DataNodes root;
-    root.SetDataNodesType(Variable);
+    root.SetDataNodesType(NodeKind::Variable);
     for (const Definition& definition : definitions) {
         const std::shared_ptr<DataNode> node = root.Add(definition.Name);
         node->Childs()

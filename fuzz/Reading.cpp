@@ -50,9 +50,7 @@ void CompareBag(const PropertyBag& bag, const QByteArray& input) {
 }
 
 QByteArray Saved(const DataNodes& root) {
-    PropertyBag bag;
-    TreeBags::SaveToBag(root, bag);
-    return bag.Contents();
+    return TreeBags::SaveToBag(root).Contents();
 }
 
 bool Load(DataNodes& root, const QByteArray& bytes) {
@@ -75,7 +73,7 @@ void Compare(const QByteArray& input) {
         Demand(!error.Reason.isEmpty());
     }
     // What is read from a saved tree is that tree.
-    for (const int kind : {Compiler, Variable}) {
+    for (const NodeKind kind : {NodeKind::Compiler, NodeKind::Variable}) {
         DataNodes root, again;
         root.SetDataNodesType(kind);
         again.SetDataNodesType(kind);
