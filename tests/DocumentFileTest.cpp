@@ -17,23 +17,6 @@ protected:
     QTemporaryDir Folder;
 };
 
-TEST_F(DocumentFileTest, DamageAtAnyByteIsNoticedOrHarmless) {
-    const QByteArray image = DocumentImage(SomeCompilers, SomeVariables);
-    const QString path = Path(u"damaged"_s);
-    for (qsizetype position = 0; position < image.size(); ++position) {
-        DocumentContent content;
-        StoreBytes(path, image.left(position));
-        EXPECT_NE(ReadDocumentFile(path, content), QString()) << position;
-        QByteArray damaged = image;
-        damaged[position] = static_cast<char>(damaged[position] ^ (position % 2 ? 0x20 : 0xFF));
-        StoreBytes(path, damaged);
-        DocumentContent other;
-        if (ReadDocumentFile(path, other).isEmpty()) {
-            EXPECT_LE(static_cast<size_t>(other.Compilers.Count()), SomeCompilers.size());
-        }
-    }
-}
-
 TEST_F(DocumentFileTest, AByteOrderMarkInFrontOfAValueStays) {
     const QString marked = QChar::ByteOrderMark + u"value"_s;
     DataNodes compilers, variables;

@@ -4,9 +4,6 @@
 #include "data/DataNodes.h"
 #include "run/VariableExpander.h"
 
-#include <QRandomGenerator>
-#include <QSet>
-
 using namespace rivenfall;
 
 namespace {
@@ -91,46 +88,6 @@ std::unique_ptr<DataNodes> Numbered(const QStringList& values) {
 
 QString Reference(int number) {
     return u"${v%1}"_s.arg(number);
-}
-
-/// What @p text expands to by definition, in as many steps as that takes.
-QString PlainExpansion(const QString& text, const QStringList& values, QSet<int> busy = {}) {
-    QString result = text.section(u"${v"_s, 0, 0);
-    for (const QString& part : text.split(u"${v"_s).sliced(1)) {
-        const int number = part.section(u'}', 0, 0).toInt();
-        if (number < values.size() && !busy.contains(number)) {
-            result += PlainExpansion(values[number], values, busy + QSet<int>{number});
-        }
-        result += part.section(u'}', 1);
-    }
-    return result;
-}
-
-TEST(ExpansionTest, AgreesWithThePlainDefinition) {
-    QRandomGenerator random(5);
-    for (int round = 0; round < 5000; ++round) {
-        const int count = random.bounded(1, 7);
-        const auto text = [&] {
-            QString made;
-            for (int parts = random.bounded(5); parts > 0; --parts) {
-                made += random.bounded(3) > 0
-                            ? Reference(random.bounded(count + 1))
-                            : QString(random.bounded(2), QChar(u'a' + random.bounded(9)));
-            }
-            return made;
-        };
-        QStringList values;
-        while (values.size() < count) {
-            values += text();
-        }
-        const auto variables = Numbered(values);
-        VariableExpander expander(*variables);
-        for (int again = 0; again < 4; ++again) {
-            const QString given = text();
-            ASSERT_EQ(expander.Expand(given), PlainExpansion(given, values))
-                << given.toStdString() << " with " << values.join(u'|').toStdString();
-        }
-    }
 }
 
 TEST(ExpansionTest, NoDocumentIsTooMuch) {

@@ -1,5 +1,6 @@
 #include "WindowDriver.h"
 
+#include "run/ExpandVariables.h"
 #include "system/CommandLine.h"
 
 #include <QDir>
@@ -57,6 +58,7 @@ TEST_F(RunTest, CarriesOutTheActiveCompilersInOrder) {
              "build.exe(-fast,-include(${LIB},!extra.lib),!-trace(full),~(${FILE1})),CD(${DIR}),"
              "!pack.exe(-small),check.exe(${file1}),check.exe(${NOPE}(!x,a b,~)),~(x),cdx"),
          "LIB(base.lib,old.lib),FILE1(input1),DIR(C:\\work)");
+    EXPECT_EQ(ExpandVariables(u"${lib}${NOPE}"_s), u"base.lib"_s);
     Runner().Echo(u"of a run before"_s);
     Program().Run();
     qputenv("PATH", formerPath);

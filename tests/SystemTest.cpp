@@ -6,7 +6,6 @@
 #include "system/PropertyBag.h"
 
 #include <QDir>
-#include <QRandomGenerator>
 
 #include <cerrno>
 #include <csignal>
@@ -36,22 +35,6 @@ TEST(CommandLineTest, QuotesOnlyWhatNeedsIt) {
     EXPECT_EQ(split(R"("never closed \\ \x)"), R"(never closed \\ \x)");
     EXPECT_EQ(split(R"(\" \\"a b" \\\"c d)"), R"("|\a b|\"c|d)");
     EXPECT_EQ(split(""), "");
-}
-
-TEST(CommandLineTest, GivesEveryItemBack) {
-    const QString alphabet = u"a\\\\\" \t\n'$\u0436"_s;
-    QRandomGenerator random(20);
-    for (int round = 0; round < 20000; ++round) {
-        QStringList items;
-        for (int count = random.bounded(1, 4); count > 0; --count) {
-            items += QString();
-            for (int length = random.bounded(8); length > 0; --length) {
-                items.last() += alphabet[random.bounded(static_cast<int>(alphabet.size()))];
-            }
-        }
-        ASSERT_EQ(SplitCommandLine(JoinCommandLine(items)), items)
-            << JoinCommandLine(items).toStdString();
-    }
 }
 
 /// Starts @p items with a silent standard input and gives what they print until their output ends.

@@ -89,82 +89,13 @@ TEST_F(WindowTest, IsInertBeforeTheFirstDocument) {
     Expect(inert);
 }
 
-/// An edit of the first compiler's name: a plus was typed behind "za" and nothing stored yet.
-class EditTest : public WindowTest {
-protected:
-    void ExpectEachInAnEdit(const std::vector<Case>& cases) {
-        ExpectEach([this] { Open("za(p(v,w)),zb(q(x))", "FILE1(~)", "type:+"); }, cases);
-    }
-};
-
-TEST_F(EditTest, GoesOnWhereTheTreeStays) {
-    ExpectEachInAnEdit({
-        {.Acts = {"", "tab:1", "file:Open", "file:Save", "pick:b.tvq file:Save_as", "file:Run"},
-         .Tree = "*za(p(v,w)),zb(q(x))",
-         .Enabled = Editing,
-         .Box = "za+"},
-        {.Acts = {"branch:1"}, .Tree = "*za[p(v,w)],zb(q(x))", .Enabled = Editing, .Box = "za+"},
-        {.Acts = {"Document:Space"},
-         .Tree = "*!za(p(v,w)),zb(q(x))",
-         .Enabled = Editing,
-         .Box = "za+",
-         .Changed = true},
-    });
-}
-
-TEST_F(EditTest, IsStoredByOkAndEnter) {
-    ExpectEachInAnEdit({
-        {.Acts = {"Ok", "Value:Enter", "Document:Return", "Content:Return", "Move:Enter"},
-         .Tree = "*za+(p(v,w)),zb(q(x))",
-         .Enabled = WithSiblings,
-         .Box = "za+",
-         .Changed = true},
-        {.Acts = {"Value:Ctrl+A Value:Del Value:Return"},
-         .Tree = "*~(p(v,w)),zb(q(x))",
-         .Enabled = WithSiblings,
-         .Box = "",
-         .Changed = true},
-    });
-}
-
-TEST_F(EditTest, IsGivenUpByCancelEscapeAndAnotherSelection) {
-    ExpectEachInAnEdit({
-        {.Acts = {"Cancel", "Value:Esc", "Document:Esc", "New:Esc", "click:1", "tab:2 tab:1",
-                  "pick:document.tvq file:Open"},
-         .Tree = "*za(p(v,w)),zb(q(x))",
-         .Enabled = WithSiblings,
-         .Box = "za"},
-        {.Acts = {"click:5"}, .Tree = "za(p(v,w)),*zb(q(x))", .Enabled = WithSiblings, .Box = "zb"},
-        {.Acts = {"Document:Down", "Value:Down"},
-         .Tree = "za(*p(v,w)),zb(q(x))",
-         .Enabled = Alone,
-         .Box = "p"},
-        {.Acts = {"tab:2"}, .Tree = "*FILE1(~)", .Enabled = Alone, .Box = "FILE1"},
-    });
-}
-
-TEST_F(EditTest, IsGivenUpByAChangeOfTheTree) {
-    ExpectEachInAnEdit({
-        {.Acts = {"New", "New:Enter", "Value:Alt+N"},
-         .Tree = "za(p(v,w)),*za(~(${FILE1})),zb(q(x))",
-         .Enabled = WithSiblings,
-         .Box = "za",
-         .Changed = true},
-        {.Acts = {"Remove", "Document:Alt+R"},
-         .Tree = "*zb(q(x))",
-         .Enabled = Alone,
-         .Box = "zb",
-         .Changed = true},
-    });
-}
-
-TEST_F(EditTest, IsNoPartOfWhatIsSavedAndRun) {
+TEST_F(WindowTest, AnEditIsNoPartOfWhatIsSavedAndRun) {
     Open("za(p(v,w)),zb(q(x))", "X", "type:+ file:Save file:Run");
     EXPECT_TRUE(Holds(u"document.tvq"_s, "za(p(v,w)),zb(q(x))", "X"));
     EXPECT_EQ(Log(), Frame(u"za p v w"_s, NotFound) + u"\r\n"_s + Frame(u"zb q x"_s, NotFound));
 }
 
-TEST_F(EditTest, BeginsWithAChangeOfTheText) {
+TEST_F(WindowTest, AnEditBeginsWithAChangeOfTheText) {
     const Case unchanged = {
         .Acts = {"Value:Enter Value:Esc Document:Return Document:Esc Ok Cancel"},
         .Tree = "*a,b",

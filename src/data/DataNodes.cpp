@@ -16,7 +16,7 @@ DataNodes::~DataNodes() {
 }
 
 std::shared_ptr<DataNode> DataNodes::Add(const QString& Value) {
-    const std::shared_ptr<DataNode> node = MakeNode();
+    std::shared_ptr<DataNode> node = MakeNode();
     node->SetValue(Value);
     pobjItems.push_back(node);
     AdjustIndexes(Count());
@@ -112,7 +112,7 @@ void DataNodes::RaiseRemove(DataNode& DN) {
 
 /// Gives the node that was taken out, which may hold the last reference to it.
 std::shared_ptr<DataNode> DataNodes::RemoveItem(int position) {
-    const std::shared_ptr<DataNode> node = Item(position);
+    std::shared_ptr<DataNode> node = Item(position);
     RaiseRemove(*node);
     pobjItems.erase(pobjItems.begin() + position - 1);
     AdjustIndexes(position);

@@ -102,7 +102,7 @@ bool VariableExpander::GoesDown() {
 
         const qsizetype nameBegin = open + OpeningMark.size();
         const QStringView name = text.sliced(nameBegin, close - nameBegin);
-        const int variable = pobjNames.PositionOf(name);
+        const int variable = pobjNames.IndexOf(name);
         if (variable == VariableNames::NoVariable || !StateOf(variable).Value) {
             NoteUnresolved(name);
         } else if (pblnVariableBusy[static_cast<size_t>(variable)]) {

@@ -27,7 +27,7 @@ VariableNames::VariableNames(const DataNodes& variables) {
     }
 }
 
-int VariableNames::PositionOf(QStringView name) const {
+int VariableNames::IndexOf(QStringView name) const {
     const auto found = pobjPositions.find(name);
     return found == pobjPositions.end() ? NoVariable : found->second;
 }

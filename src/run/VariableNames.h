@@ -16,7 +16,7 @@ public:
     explicit VariableNames(const DataNodes& variables);
 
     /// The position of the variable @p name among all variables, from 0, or NoVariable.
-    int PositionOf(QStringView name) const;
+    int IndexOf(QStringView name) const;
 
     static constexpr int NoVariable = -1;
 
