@@ -22,7 +22,7 @@ constexpr int TemplateCount = 2'000;
 constexpr int TemplateItems = 10;
 constexpr int VariableCount = 1'000;
 /// At least as many bytes as each of the lines has.
-constexpr qint64 TemplateOutput = TemplateCount * 100;
+constexpr qint64 TemplateOutput = qint64(TemplateCount) * 100;
 
 using Variables = std::vector<std::pair<QString, QString>>;
 

@@ -46,7 +46,7 @@ public:
     std::vector<size_t> Siblings(size_t each) {
         std::vector<size_t> siblings;
         const int above = Above(Tree(), each);
-        size_t next = static_cast<size_t>(above + 1);
+        size_t next = above < 0 ? 0 : static_cast<size_t>(above) + 1;
         while (next < Tree().size() && Above(Tree(), next) == above) {
             siblings.push_back(next);
             next = End(Tree(), next);

@@ -33,6 +33,9 @@ Function Real(const char* name) {
 
 } // namespace
 
+// The names are those of the calls, and the macro makes functions.
+// NOLINTBEGIN(readability-identifier-naming, bugprone-macro-parentheses)
+
 #define CALL(Result, Name, Parameters, Arguments)                                                  \
     extern "C" Result Name Parameters {                                                            \
         static const auto real = Real<Result(*) Parameters>(#Name);                                \
@@ -104,3 +107,5 @@ const std::string& FailingCalls::Calls() const {
 }
 
 } // namespace rivenfall
+
+// NOLINTEND(readability-identifier-naming, bugprone-macro-parentheses)

@@ -28,7 +28,7 @@ User::User() {
         if (Files.empty()) {
             return QString();
         }
-        const QString file = Files.front();
+        QString file = Files.front();
         Files.pop_front();
         return file;
     });

@@ -42,10 +42,11 @@ private:
 
 /// A test with a running program: the Application with its windows, on no screen.
 class ProgramTest : public testing::Test {
-protected:
+public:
     ProgramTest();
     ~ProgramTest() override;
 
+protected:
     Application& Program() { return *GlobalApplication(); }
     frmMain& Window() { return *Program().Form(); }
     rivenfall::Execution& Runner() { return *Program().Execution(); }

@@ -191,9 +191,9 @@ TEST(RowTextTest, ShowsWhatWouldDeceive) {
     }
     const QString marked = u"\u2066[U+%1]\u2069"_s;
     EXPECT_EQ(RowText(u"a\u202egnp.exe"_s), u'a' + marked.arg(u"202E"_s) + u"gnp.exe"_s);
-    for (const char32_t each :
-         {0x0,    0x9,    0xA,    0x1B,   0x7F,   0x85,   0xAD,   0x61C,  0x200B, 0x200C, 0x200D,
-          0x200E, 0x200F, 0x2028, 0x2029, 0x2066, 0x2069, 0xFE0F, 0xFEFF, 0x3164, 0xE0041}) {
+    for (const char32_t each : std::initializer_list<char32_t>{
+             0x0,    0x9,    0xA,    0x1B,   0x7F,   0x85,   0xAD,   0x61C,  0x200B, 0x200C, 0x200D,
+             0x200E, 0x200F, 0x2028, 0x2029, 0x2066, 0x2069, 0xFE0F, 0xFEFF, 0x3164, 0xE0041}) {
         const QString number = QString::number(each, 16).toUpper().rightJustified(4, u'0');
         EXPECT_EQ(RowText(u"x"_s += QChar::fromUcs4(each)), u'x' + marked.arg(number));
     }

@@ -254,10 +254,13 @@ void TreeRows::changeEvent(QEvent* event) {
 
 void TreeRows::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     // QTreeView would announce a cell of a table, and before the row counts as selected.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::currentChanged(current, previous);
 }
 
 void TreeRows::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    // The same is true here.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::selectionChanged(selected, deselected);
 }
 
