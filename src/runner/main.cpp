@@ -11,14 +11,16 @@
 #include "system/FilePath.h"
 #include "system/OpenStreams.h"
 
+#include <new>
+
 namespace rivenfall {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
 /// The exit statuses of the program.
 enum class Status { Success = 0, NothingToRun = 1, WrongCall = 2, Failure = 3 };
+
+namespace {
 
 constexpr char VersionText[] =
     "rivenfall-run (OMRA Rivenfall Compiler Controller) " RIVENFALL_VERSION "\n"
@@ -111,5 +113,10 @@ Status Main(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     rivenfall::OpenStandardStreams();
-    return static_cast<int>(rivenfall::Main(argc, argv));
+    try {
+        return static_cast<int>(rivenfall::Main(argc, argv));
+    } catch (const std::bad_alloc&) {
+        rivenfall::Tell(QStringLiteral("the run takes more memory than there is"));
+        return static_cast<int>(rivenfall::Status::Failure);
+    }
 }
