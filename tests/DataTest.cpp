@@ -80,18 +80,6 @@ TEST_F(DataTest, DeletesASubtreeFromTheBottomUp) {
                            u"Remove c2p0v0 c"_s, u"Remove c1p0v0 a"_s}));
 }
 
-TEST_F(DataTest, MovesANodeToAPosition) {
-    Grow(Root, Sketches("a,b,c"));
-    TakeEvents();
-    Root.Item(1)->Move(3);
-    EXPECT_EQ(Outline(Root), "b,c,a");
-    Root.Item(3)->Move(1);
-    Root.Item(2)->Move(2);
-    EXPECT_EQ(Outline(Root), "a,b,c");
-    EXPECT_EQ(TakeEvents(),
-              (QStringList{u"Move c3p0v0 a"_s, u"Move c1p0v0 a"_s, u"Move c2p0v0 b"_s}));
-}
-
 TEST_F(DataTest, MovesNoNodeOutOfItsList) {
     QStringList asked;
     const MessageBoxHandler former =

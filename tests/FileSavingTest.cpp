@@ -171,6 +171,29 @@ TEST_F(FileSavingTest, ACallThatFailsIsToldAndCostsNothing) {
     }
 }
 
+TEST_F(FileSavingTest, WhereNothingWorksAnyMoreTheReasonTellsWhatIsLeft) {
+    for (const bool replaced : {true, false}) {
+        std::string failed = "none yet", told;
+        for (int number = 1; !failed.empty(); ++number) {
+            Empty();
+            Store("doc", 0640);
+            EXPECT_TRUE(replaced || link(Path("doc"), Path("other")) == 0);
+            {
+                const FailingCalls failing(number, EIO, true);
+                told = Save("doc");
+                failed = failing.First();
+            }
+            EXPECT_EQ(told.empty(), failed.empty());
+            if (failed.empty() || Bytes("doc") == Former) {
+                continue;
+            }
+            const QString file =
+                QString::fromStdString(told).section(u" file "_s, 1).section(u' ', 0, 0);
+            EXPECT_EQ(Bytes(file.toUtf8()), replaced ? Former : Longer) << failed << ": " << told;
+        }
+    }
+}
+
 TEST_F(FileSavingTest, LinksAndRightsStay) {
     umask(027);
     EXPECT_EQ(Save("new"), "");
