@@ -36,9 +36,9 @@ TEST_F(HarnessTest, AMalformedOutlineFails) {
 TEST_F(HarnessTest, ACaseThatDoesntHoldFails) {
     const Case holds = {.Tree = "*a,b", .Enabled = "New Remove Move Value", .Box = "a"};
     std::vector<Case> others(5, holds);
-    others[0].Tree = "a,*b";
-    others[1].Enabled = "New Value";
-    others[2].Box = "b";
+    others[0].Tree = std::string("a,*b");
+    others[1].Enabled = std::string("New Value");
+    others[2].Box = std::string("b");
     others[3].Changed = true;
     others[4].Acts = {"pick:a"};
     for (const Case& each : others) {
