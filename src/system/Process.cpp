@@ -20,7 +20,8 @@ namespace {
 
 int LastErrorNumber = 0;
 
-bool Succeeded(int error) {
+/// Keeps @p error for LastError if it is one. True for 0, which is none.
+bool KeepError(int error) {
     if (error != 0) {
         LastErrorNumber = error;
     }
@@ -109,7 +110,7 @@ bool IgnoredAtStart(int signal) {
 bool CreatePipe(Handle& readEnd, Handle& writeEnd) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
-        return Succeeded(errno);
+        return KeepError(errno);
     }
     readEnd = ends[0];
     writeEnd = ends[1];
@@ -118,7 +119,7 @@ bool CreatePipe(Handle& readEnd, Handle& writeEnd) {
 
 Handle DuplicateHandle(Handle handle) {
     const int copy = fcntl(handle, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    Succeeded(copy < 0 ? errno : 0);
+    KeepError(copy < 0 ? errno : 0);
     return copy < 0 ? 0 : copy;
 }
 
@@ -126,7 +127,7 @@ bool CreateProcess(const QString& commandLine, const StandardStreams& streams, H
                    ChildGroup group) try {
     const QByteArrayList arguments = ArgumentsOf(commandLine);
     if (arguments.isEmpty()) {
-        return Succeeded(commandLine.contains(QChar::Null) ? EINVAL : ENOENT);
+        return KeepError(commandLine.contains(QChar::Null) ? EINVAL : ENOENT);
     }
     std::vector<char*> pointers;
     for (const QByteArray& argument : arguments) {
@@ -135,10 +136,10 @@ bool CreateProcess(const QString& commandLine, const StandardStreams& streams, H
     pointers.push_back(nullptr);
 
     const SpawnSettings settings(streams, group);
-    return Succeeded(posix_spawnp(&process, pointers[0], &settings.Actions, &settings.Attributes,
+    return KeepError(posix_spawnp(&process, pointers[0], &settings.Actions, &settings.Attributes,
                                   pointers.data(), environ));
 } catch (const std::bad_alloc&) {
-    return Succeeded(ENOMEM);
+    return KeepError(ENOMEM);
 }
 
 ReadOutcome ReadFile(Handle handle, char* buffer, int size, int& count) {
@@ -156,7 +157,7 @@ ReadOutcome ReadFile(Handle handle, char* buffer, int size, int& count) {
     if (result < 0 && errno == EINTR) {
         return ReadOutcome::Nothing;
     }
-    Succeeded(result < 0 ? errno : 0);
+    KeepError(result < 0 ? errno : 0);
     return ReadOutcome::End;
 }
 

@@ -123,7 +123,7 @@ private:
     bool OnExpander(const QModelIndex& index, const QPoint& position) const;
 
     template <typename Action>
-    void DoAsUser(Action action);
+    void PerformUserAction(Action action);
     void Raise(void (TreeRows::*signal)(Node&), Node& node);
     void FinishUserAction();
 

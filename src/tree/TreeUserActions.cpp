@@ -24,7 +24,7 @@ void TreeRows::BranchChanged(const QModelIndex& index, bool expanded) {
 
 void TreeRows::Choose(Node& node) {
     ApplyChanges();
-    DoAsUser([&] {
+    PerformUserAction([&] {
         pblnRowChosen = true;
         selectionModel()->setCurrentIndex(pobjModel->IndexOf(node),
                                           QItemSelectionModel::ClearAndSelect);
@@ -32,7 +32,7 @@ void TreeRows::Choose(Node& node) {
 }
 
 void TreeRows::ToggleCheck(Node& node) {
-    DoAsUser([&] {
+    PerformUserAction([&] {
         node.SetChecked(!node.Checked());
         Raise(&TreeRows::CheckChanged, node);
     });
@@ -40,7 +40,7 @@ void TreeRows::ToggleCheck(Node& node) {
 
 void TreeRows::ToggleBranch(Node& node) {
     ApplyChanges();
-    DoAsUser([&] { setExpanded(pobjModel->IndexOf(node), !node.Expanded()); });
+    PerformUserAction([&] { setExpanded(pobjModel->IndexOf(node), !node.Expanded()); });
 }
 
 void TreeRows::OpenWholeBranch(Node& node) {
@@ -58,7 +58,7 @@ void TreeRows::OpenWholeBranch(Node& node) {
 }
 
 template <typename Action>
-void TreeRows::DoAsUser(Action action) {
+void TreeRows::PerformUserAction(Action action) {
     ++plngUserActions;
     action();
     --plngUserActions;
@@ -94,7 +94,7 @@ bool TreeRows::event(QEvent* event) {
     }
     ApplyChanges();
     bool handled = false;
-    DoAsUser([&] { handled = QTreeView::event(event); });
+    PerformUserAction([&] { handled = QTreeView::event(event); });
     if (event->type() == QEvent::Paint && hasFocus()) {
         DrawFocusFrame();
     }
@@ -104,7 +104,7 @@ bool TreeRows::event(QEvent* event) {
 bool TreeRows::viewportEvent(QEvent* event) {
     ApplyChanges();
     bool handled = false;
-    DoAsUser([&] { handled = QTreeView::viewportEvent(event); });
+    PerformUserAction([&] { handled = QTreeView::viewportEvent(event); });
     return handled;
 }
 
