@@ -23,9 +23,8 @@ struct SampleNode {
 /// The sample's nodes. What is built of them shares their texts.
 std::vector<SampleNode> SampleNodes(const benchmark::State& state) {
     std::vector<SampleNode> nodes;
-    VisitSample(static_cast<int>(state.range(0)), [&](int level, const QString& text, bool) {
-        nodes.push_back({level, text});
-    });
+    const auto keep = [&](int level, const QString& text, bool) { nodes.push_back({level, text}); };
+    VisitSample(static_cast<int>(state.range(0)), keep);
     return nodes;
 }
 

@@ -38,8 +38,8 @@ TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
     EXPECT_EQ(Run({u"off.tvq"_s}).Output,
               FrameOf(u"No compilers to run!"_s, "Please select some..."));
     // A name of a file may hold any byte, an argument no other than those of a text.
-    EXPECT_EQ(Bash("$RUN $'caf\\xE9.tvq'").Error,
-              "rivenfall-run: The argument caf\uFFFD.tvq is no UTF-8 text.\n");
+    EXPECT_EQ(Bash("$RUN $'x\\xE9.tvq'").Error,
+              "rivenfall-run: The argument x\uFFFD.tvq is no UTF-8 text.\n");
 }
 
 TEST_F(RunnerTest, TellsOfItself) {

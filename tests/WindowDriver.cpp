@@ -42,7 +42,7 @@ QAction* Find(const QList<QAction*>& actions, const QString& name) {
 
 } // namespace
 
-std::string Outline(const Lines& lines, bool Line::*open, int selected) {
+std::string Outline(const Lines& lines, Opening open, int selected) {
     QString text;
     QString brackets;
     for (size_t each = 0; each < lines.size(); ++each) {

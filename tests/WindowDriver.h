@@ -26,11 +26,14 @@ struct Line {
 };
 using Lines = std::vector<Line>;
 
+/// Which of a line's two truths about its branch is meant.
+using Opening = bool Line::*;
+
 /// @p lines in one text: nodes with commas between them, what is below a node in round brackets,
 /// or in square ones where @p open is False; "!" before a node that is switched off, "*" before
 /// the one at the position @p selected, "~" for an empty value. Without @p open all brackets are
 /// round.
-std::string Outline(const Lines& lines, bool Line::*open, int selected = 0);
+std::string Outline(const Lines& lines, Opening open, int selected = 0);
 
 /// What the user does, and how the program shows itself then. A field that a case doesn't name is
 /// expected to be empty or False.

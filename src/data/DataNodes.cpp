@@ -54,6 +54,7 @@ void DataNodes::Dispose() {
 }
 
 void DataNodes::TakeNodesOf(DataNodes& source) {
+    Q_ASSERT(source.DataNodesType() == plngDataNodesType);
     Clear();
     pobjItems = std::exchange(source.pobjItems, {});
     for (const std::shared_ptr<DataNode>& node : pobjItems) {
