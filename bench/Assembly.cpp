@@ -1,11 +1,13 @@
 #include "Bench.h"
 
 #include "controls/MultiLineTextBox.h"
-#include "run/Execution.h"
+#include "run/desktop/Execution.h"
 
 #include <QElapsedTimer>
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -17,14 +19,13 @@ void Assemble(benchmark::State& state) {
     const RunningProgram program;
     for (int number = 0; number < VariableCount; ++number) {
         program->Variables()
-            ->Add(QStringLiteral("NAME%1").arg(number))
+            ->Add(u"NAME%1"_s.arg(number))
             ->Childs()
-            ->Add(QStringLiteral("v%1").arg(number % 10));
+            ->Add(u"v%1"_s.arg(number % 10));
     }
-    DataNodes& parameters = *program->Compilers()->Add(QStringLiteral("cd"))->Childs();
+    DataNodes& parameters = *program->Compilers()->Add(u"cd"_s)->Childs();
     for (int number = 0; number < state.range(0); ++number) {
-        parameters.Add(QStringLiteral("${NAME%1}${NAME%2}")
-                           .arg(number % VariableCount)
+        parameters.Add(u"${NAME%1}${NAME%2}"_s.arg(number % VariableCount)
                            .arg((number + VariableCount / 2) % VariableCount));
     }
 

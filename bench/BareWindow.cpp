@@ -8,10 +8,12 @@
 #include <QMenuBar>
 #include <QTreeWidget>
 
+using namespace Qt::StringLiterals;
+
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QMainWindow window;
-    window.menuBar()->addMenu(QStringLiteral("&File"))->addAction(QStringLiteral("E&xit"));
+    window.menuBar()->addMenu(u"&File"_s)->addAction(u"E&xit"_s);
     auto* tree = new QTreeWidget(&window);
     tree->setHeaderHidden(true);
     tree->setUniformRowHeights(true);

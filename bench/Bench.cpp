@@ -16,6 +16,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 RunningProgram::RunningProgram() {
     SetMessageBoxHandler([](const QString& text, MessageBoxStyle style, const QString&) {
         if (style != MessageBoxStyle::YesNoCancel) {
@@ -39,7 +41,7 @@ Application* RunningProgram::operator->() const {
 }
 
 void RunningProgram::OpenSample(int count) {
-    const QString fileName = Folder.filePath(QStringLiteral("sample.tvq"));
+    const QString fileName = Folder.filePath(u"sample.tvq"_s);
     WriteSample(fileName, count);
     GlobalApplication()->FileOpen(fileName);
     ProcessEvents();
@@ -58,7 +60,7 @@ void FillCompilers(DataNodes& root, int count) {
 void WriteSample(const QString& fileName, int count) {
     DocumentContent content;
     FillCompilers(content.Compilers, count);
-    content.Variables.Add(QStringLiteral("FILE1"))->Childs()->Add();
+    content.Variables.Add(u"FILE1"_s)->Childs()->Add();
     const QString failure = WriteDocumentFile(fileName, content.Compilers, content.Variables);
     if (!failure.isEmpty()) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(failure));

@@ -1,6 +1,6 @@
 #include "Bench.h"
 
-#include "run/Execution.h"
+#include "run/desktop/Execution.h"
 #include "system/EventLoop.h"
 #include "system/Process.h"
 
@@ -10,6 +10,8 @@
 #include <unistd.h>
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -51,7 +53,7 @@ void StartChild(benchmark::State& state) {
         Handle process = 0;
         bool started = CreatePipe(streams.Input, input) && CreatePipe(output, streams.Output);
         streams.Error = streams.Output;
-        started = started && CreateProcess(QStringLiteral("true"), streams, process);
+        started = started && CreateProcess(u"true"_s, streams, process);
         CloseHandle(streams.Input);
         CloseHandle(streams.Output);
         return started;
@@ -65,7 +67,7 @@ void StartCommand(benchmark::State& state) {
     Execution& execution = *program->Execution();
     execution.Show();
     ProcessEvents();
-    const auto start = [&] { return execution.Execute(QStringLiteral("true")); };
+    const auto start = [&] { return execution.Execute(u"true"_s); };
     MeasureStarts(state, start, [&] {
         while (execution.Running()) {
             DoEvents();

@@ -6,6 +6,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int TextLength = 1 << 20;
@@ -21,7 +23,7 @@ QString Filler() {
 QStringList Values() {
     QStringList values;
     for (int number = 0; number < VariableCount; ++number) {
-        values += QStringLiteral("/home/user/project/%1").arg(number);
+        values += u"/home/user/project/%1"_s.arg(number);
     }
     return values;
 }
@@ -40,13 +42,10 @@ void Expand(benchmark::State& state) {
     const QStringList values = Values();
     QString text;
     for (int number = 0; number < ReferenceCount; ++number) {
-        text += Filler() + QStringLiteral("${NAME%1}").arg(number % VariableCount);
+        text += Filler() + u"${NAME%1}"_s.arg(number % VariableCount);
     }
     for (int number = 0; number < VariableCount; ++number) {
-        program->Variables()
-            ->Add(QStringLiteral("NAME%1").arg(number))
-            ->Childs()
-            ->Add(values[number]);
+        program->Variables()->Add(u"NAME%1"_s.arg(number))->Childs()->Add(values[number]);
     }
     if (VariableExpander(*program->Variables()).Expand(text) != AppendPlainly(Filler(), values)) {
         state.SkipWithError("the expansion is wrong");

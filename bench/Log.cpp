@@ -1,8 +1,10 @@
 #include "Bench.h"
 
-#include "run/frmExec.h"
+#include "run/desktop/frmExec.h"
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -27,14 +29,13 @@ void Append(benchmark::State& state, const QString& line) {
 }
 
 void AppendInTick(benchmark::State& state) {
-    const QString chunk =
-        QStringLiteral("compiling source/number.c to build/number.o with -O2 -g\r\n");
+    const QString chunk = u"compiling source/number.c to build/number.o with -O2 -g\r\n"_s;
     Append(state, chunk.leftJustified(64, u'x', true));
 }
 
 /// As a program does that shows its progress in one line without an end.
 void AppendToLine(benchmark::State& state) {
-    Append(state, QStringLiteral("compiling source/number.c . ").leftJustified(64, u'.'));
+    Append(state, u"compiling source/number.c . "_s.leftJustified(64, u'.'));
 }
 
 void Ticks(benchmark::internal::Benchmark* work) {

@@ -6,6 +6,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int NodeCount = 100'000;
@@ -25,13 +27,13 @@ void Measure(benchmark::State& state, const QString& program, const QString& arg
 
 void MemoryOfDocument(benchmark::State& state) {
     const QTemporaryDir folder;
-    const QString fileName = folder.filePath(QStringLiteral("sample.tvq"));
+    const QString fileName = folder.filePath(u"sample.tvq"_s);
     WriteSample(fileName, NodeCount);
-    Measure(state, QStringLiteral(RIVENFALL_PROGRAM), fileName);
+    Measure(state, QString::fromUtf8(RIVENFALL_PROGRAM), fileName);
 }
 
 void MemoryOfBareWindow(benchmark::State& state) {
-    Measure(state, QStringLiteral(RIVENFALL_BARE_WINDOW), QString::number(NodeCount));
+    Measure(state, QString::fromUtf8(RIVENFALL_BARE_WINDOW), QString::number(NodeCount));
 }
 
 } // namespace

@@ -13,6 +13,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int CommandCount = 100;
@@ -34,9 +36,9 @@ public:
         QString lines;
         for (const auto& [name, value] : variables) {
             content.Variables.Add(name)->Childs()->Add(value);
-            lines += name + QStringLiteral(" = ") + value + u'\n';
+            lines += name + u" = "_s + value + u'\n';
         }
-        lines += QStringLiteral("all:\n");
+        lines += u"all:\n"_s;
         for (const QStringList& items : commands) {
             const auto compiler = content.Compilers.Add(items.first());
             for (const QString& item : items.sliced(1)) {
@@ -56,8 +58,8 @@ public:
     Chain(int count, const QStringList& items)
         : Chain(std::vector<QStringList>(static_cast<size_t>(count), items)) {}
 
-    QString Document() const { return Folder.filePath(QStringLiteral("chain.tvq")); }
-    QString MakeFile() const { return Folder.filePath(QStringLiteral("chain.mk")); }
+    QString Document() const { return Folder.filePath(u"chain.tvq"_s); }
+    QString MakeFile() const { return Folder.filePath(u"chain.mk"_s); }
 
 private:
     QTemporaryDir Folder;
@@ -69,17 +71,16 @@ public:
     Template() : Chain(Commands(), Values()) {}
 
 private:
-    static QString Name(int number) { return QStringLiteral("VARIABLE_%1").arg(number); }
+    static QString Name(int number) { return u"VARIABLE_%1"_s.arg(number); }
 
     static std::vector<QStringList> Commands() {
         std::vector<QStringList> commands;
         int number = 0;
         for (int command = 0; command < TemplateCount; ++command) {
-            QStringList items{QStringLiteral("${FOLDER}/${PROGRAM}")};
+            QStringList items{u"${FOLDER}/${PROGRAM}"_s};
             while (items.size() < TemplateItems) {
                 number = (number + 7) % VariableCount;
-                items += QStringLiteral("item%1-${%2}${%3}")
-                             .arg(items.size())
+                items += u"item%1-${%2}${%3}"_s.arg(items.size())
                              .arg(Name(number), Name(VariableCount - 1 - number));
             }
             commands.push_back(items);
@@ -88,10 +89,9 @@ private:
     }
 
     static Variables Values() {
-        Variables values{{QStringLiteral("FOLDER"), QStringLiteral("/bin")},
-                         {QStringLiteral("PROGRAM"), QStringLiteral("true")}};
+        Variables values{{u"FOLDER"_s, u"/bin"_s}, {u"PROGRAM"_s, u"true"_s}};
         for (int number = 0; number < VariableCount; ++number) {
-            values.emplace_back(Name(number), QStringLiteral("value%1").arg(number));
+            values.emplace_back(Name(number), u"value%1"_s.arg(number));
         }
         return values;
     }
@@ -132,28 +132,28 @@ void Measure(benchmark::State& state, const QString& commandLine, qint64 leastOu
 
 void ByRunner(benchmark::State& state, int count, const QStringList& items, qint64 leastOutput) {
     const Chain chain(count, items);
-    Measure(state, QStringLiteral(RIVENFALL_RUNNER " %1").arg(chain.Document()), leastOutput);
+    Measure(state, QString::fromUtf8(RIVENFALL_RUNNER " %1").arg(chain.Document()), leastOutput);
 }
 
 void ByMake(benchmark::State& state, int count, const QStringList& items, qint64 leastOutput) {
     const Chain chain(count, items);
-    Measure(state, QStringLiteral("make -s -f %1").arg(chain.MakeFile()), leastOutput);
+    Measure(state, u"make -s -f %1"_s.arg(chain.MakeFile()), leastOutput);
 }
 
 void DryRun(benchmark::State& state) {
     const Template chain;
-    Measure(state, QStringLiteral(RIVENFALL_RUNNER " -n %1").arg(chain.Document()), TemplateOutput);
+    Measure(state, QString::fromUtf8(RIVENFALL_RUNNER " -n %1").arg(chain.Document()),
+            TemplateOutput);
 }
 
 void DryRunByMake(benchmark::State& state) {
     const Template chain;
-    Measure(state, QStringLiteral("make -n -f %1").arg(chain.MakeFile()), TemplateOutput);
+    Measure(state, u"make -n -f %1"_s.arg(chain.MakeFile()), TemplateOutput);
 }
 
 /// A command that writes @p count bytes.
 QStringList Writing(int count) {
-    return {QStringLiteral("head"), QStringLiteral("-c"), QString::number(count),
-            QStringLiteral("/dev/zero")};
+    return {u"head"_s, u"-c"_s, QString::number(count), u"/dev/zero"_s};
 }
 
 void Runs(benchmark::internal::Benchmark* work) {
@@ -162,10 +162,10 @@ void Runs(benchmark::internal::Benchmark* work) {
 
 } // namespace
 
-BENCHMARK_CAPTURE(ByRunner, Hundred, CommandCount, {QStringLiteral("/bin/true")}, 0)->Apply(Runs);
-BENCHMARK_CAPTURE(ByMake, Hundred, CommandCount, {QStringLiteral("/bin/true")}, 0)->Apply(Runs);
-BENCHMARK_CAPTURE(ByRunner, One, 1, {QStringLiteral("/bin/true")}, 0)->Apply(Runs);
-BENCHMARK_CAPTURE(ByMake, One, 1, {QStringLiteral("/bin/true")}, 0)->Apply(Runs);
+BENCHMARK_CAPTURE(ByRunner, Hundred, CommandCount, {u"/bin/true"_s}, 0)->Apply(Runs);
+BENCHMARK_CAPTURE(ByMake, Hundred, CommandCount, {u"/bin/true"_s}, 0)->Apply(Runs);
+BENCHMARK_CAPTURE(ByRunner, One, 1, {u"/bin/true"_s}, 0)->Apply(Runs);
+BENCHMARK_CAPTURE(ByMake, One, 1, {u"/bin/true"_s}, 0)->Apply(Runs);
 BENCHMARK_CAPTURE(ByRunner, ShortOutput, 1, Writing(ShortOutput), ShortOutput)->Apply(Runs);
 BENCHMARK_CAPTURE(ByMake, ShortOutput, 1, Writing(ShortOutput), ShortOutput)->Apply(Runs);
 BENCHMARK_CAPTURE(ByRunner, LongOutput, 1, Writing(LongOutput), LongOutput)->Apply(Runs);

@@ -13,13 +13,13 @@ constexpr int NodesPerCompiler = 1 + ParametersPerCompiler * (1 + ValuesPerParam
 /// multiple of NodesPerCompiler. A node comes before its branch; levels count from 1.
 template <typename Visitor>
 void VisitSample(int count, Visitor visit) {
+    using namespace Qt::StringLiterals;
     for (int compiler = 1; compiler <= count / NodesPerCompiler; ++compiler) {
-        visit(1, QStringLiteral("compiler-%1").arg(compiler), true);
+        visit(1, u"compiler-%1"_s.arg(compiler), true);
         for (int parameter = 1; parameter <= ParametersPerCompiler; ++parameter) {
-            visit(2, QStringLiteral("--parameter-%1").arg(parameter), true);
+            visit(2, u"--parameter-%1"_s.arg(parameter), true);
             for (int value = 1; value <= ValuesPerParameter; ++value) {
-                visit(3, QStringLiteral("value-%1-%2.c").arg(compiler).arg(value),
-                      value == ValuesPerParameter);
+                visit(3, u"value-%1-%2.c"_s.arg(compiler).arg(value), value == ValuesPerParameter);
             }
         }
     }

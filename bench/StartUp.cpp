@@ -3,6 +3,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// From the start of a process to its first window on view.
@@ -19,11 +21,11 @@ void Start(benchmark::State& state, const QString& program) {
 }
 
 void StartToFirstPaint(benchmark::State& state) {
-    Start(state, QStringLiteral(RIVENFALL_PROGRAM));
+    Start(state, QString::fromUtf8(RIVENFALL_PROGRAM));
 }
 
 void StartToFirstPaintOfBareWindow(benchmark::State& state) {
-    Start(state, QStringLiteral(RIVENFALL_BARE_WINDOW));
+    Start(state, QString::fromUtf8(RIVENFALL_BARE_WINDOW));
 }
 
 /// Whatever else the machine does delays a start, so it takes many to see an undisturbed one.

@@ -9,6 +9,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 StartedProgram::StartedProgram(const QString& program, const QStringList& arguments) {
     static const bool prepared =
         qputenv("QT_PLUGIN_PATH", RIVENFALL_PLUGINS) &&
@@ -38,7 +40,7 @@ StartedProgram::~StartedProgram() {
 }
 
 double StartedProgram::ResidentBytes() const {
-    QFile file(QStringLiteral("/proc/%1/statm").arg(Process));
+    QFile file(u"/proc/%1/statm"_s.arg(Process));
     if (!file.open(QIODevice::ReadOnly)) {
         return 0;
     }

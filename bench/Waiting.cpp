@@ -1,6 +1,6 @@
 #include "Bench.h"
 
-#include "run/Execution.h"
+#include "run/desktop/Execution.h"
 #include "system/EventLoop.h"
 
 #include <QElapsedTimer>
@@ -10,6 +10,8 @@
 #include <ctime>
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,7 +25,7 @@ void WithSilentChild(benchmark::State& state, Wait wait) {
     Execution& execution = *program->Execution();
     execution.Show();
     for (auto _ : state) {
-        execution.Execute(QStringLiteral("sleep 5"));
+        execution.Execute(u"sleep 5"_s);
         ProcessEvents();
         wait([&] {
             while (execution.Running()) {

@@ -11,6 +11,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int MostVariables = 8;
@@ -33,7 +35,7 @@ public:
     QString Of(const QString& text) {
         QString output;
         qsizetype behind = 0;
-        qsizetype open = text.indexOf(QStringLiteral("${"));
+        qsizetype open = text.indexOf(u"${"_s);
         while (open >= 0 && ++Steps <= MostSteps) {
             output += text.mid(behind, open - behind);
             const qsizetype close = text.indexOf(u'}', open);
@@ -42,7 +44,7 @@ public:
             }
             output += ValueOf(text.mid(open + 2, close - open - 2));
             behind = close + 1;
-            open = text.indexOf(QStringLiteral("${"), behind);
+            open = text.indexOf(u"${"_s, behind);
         }
         return output + text.mid(behind);
     }
@@ -95,7 +97,7 @@ void Compare(const QByteArray& input) {
     for (const Definition& definition : definitions) {
         const std::shared_ptr<DataNode> node = root.Add(definition.Name);
         node->Childs()
-            ->Add(definition.Value.value_or(QStringLiteral("off")))
+            ->Add(definition.Value.value_or(u"off"_s))
             ->SetActive(definition.Value.has_value());
         node->SetActive(definition.Active);
     }

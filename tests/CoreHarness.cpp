@@ -10,6 +10,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Takes @p sign from the front of @p outline if it stands there.
@@ -131,7 +133,7 @@ void WithFileSizeLimit(quint64 bytes, const std::function<void()>& act) {
 }
 
 QString ProgramFolder() {
-    return QStringLiteral(RIVENFALL_PROGRAMS);
+    return QString::fromUtf8(RIVENFALL_PROGRAMS);
 }
 
 } // namespace rivenfall

@@ -2,7 +2,7 @@
 
 #include "controls/App.h"
 #include "controls/MessageDialog.h"
-#include "support/FileDialog.h"
+#include "support/desktop/FileDialog.h"
 
 #include <QDir>
 #include <QFileDialog>

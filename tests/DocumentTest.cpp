@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace rivenfall;
 
 namespace {
@@ -204,10 +205,9 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         // The changes are still unsaved, and the next save finds the former name.
         TheUser.Answers = {MessageBoxAnswer::Yes};
         EXPECT_TRUE(Program().FileOpen(path));
-        EXPECT_EQ(TakeAsked(),
-                  QStringLiteral("The file was changed.\r\nDo you want to save it?|3|%1")
-                      .arg(QLatin1StringView(Title))
-                      .toStdString());
+        EXPECT_EQ(TakeAsked(), u"The file was changed.\r\nDo you want to save it?|3|%1"_s
+                                   .arg(QLatin1StringView(Title))
+                                   .toStdString());
         EXPECT_EQ(BytesOf(path), former);
     }
     std::signal(SIGXFSZ, formerAction);

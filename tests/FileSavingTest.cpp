@@ -1,8 +1,8 @@
 #include "CoreHarness.h"
 #include "FailingCalls.h"
 
-#include "system/FileError.h"
-#include "system/FileSaving.h"
+#include "files/FileError.h"
+#include "files/FileSaving.h"
 
 #include <QDir>
 

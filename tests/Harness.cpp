@@ -1,7 +1,7 @@
 #include "Harness.h"
 
 #include "controls/App.h"
-#include "support/FileDialog.h"
+#include "support/desktop/FileDialog.h"
 
 #include <QCoreApplication>
 #include <QDir>

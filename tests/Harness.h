@@ -5,7 +5,7 @@
 #include "app/Application.h"
 #include "app/modMain.h"
 #include "controls/MultiLineTextBox.h"
-#include "run/Execution.h"
+#include "run/desktop/Execution.h"
 #include "system/MessageBox.h"
 #include "window/frmMain.h"
 

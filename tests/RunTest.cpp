@@ -1,6 +1,6 @@
 #include "WindowDriver.h"
 
-#include "run/ExpandVariables.h"
+#include "run/desktop/ExpandVariables.h"
 #include "system/CommandLine.h"
 
 #include <QDir>

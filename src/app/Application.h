@@ -102,7 +102,7 @@ private:
     class CompilersEvents;
     class VariablesEvents;
 
-    // document/DocumentCommands.cpp
+    // document/desktop/DocumentCommands.cpp
     bool AskOpenFileName();
     bool AskSaveFileName();
     bool AskSaveChanges();
@@ -166,7 +166,7 @@ private:
     void FillTabs();
     void ReleaseControls();
 
-    // document/DocumentCommands.cpp
+    // document/desktop/DocumentCommands.cpp
     void ConfigureFileDialog(const QString& title, FileDialogPurpose purpose);
     bool TakeChosenFileName();
     bool ReadDocument();

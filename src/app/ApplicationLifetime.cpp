@@ -1,11 +1,13 @@
 #include "app/Application.h"
 #include "controls/App.h"
-#include "run/Execution.h"
-#include "support/FileDialog.h"
+#include "run/desktop/Execution.h"
 #include "support/Title.h"
+#include "support/desktop/FileDialog.h"
 #include "window/frmMain.h"
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 /// Hands the events of the compilers' root to the handlers of its field.
 class Application::CompilersEvents : public DataNodesEvents {
@@ -169,8 +171,8 @@ void Application::ReleaseControls() {
 
 void Application::FillTabs() {
     pobjFormTabContent->Tabs().Clear();
-    pobjFormTabContent->Tabs().Add(QStringLiteral("Compilers"));
-    pobjFormTabContent->Tabs().Add(QStringLiteral("Variables"));
+    pobjFormTabContent->Tabs().Add(u"Compilers"_s);
+    pobjFormTabContent->Tabs().Add(u"Variables"_s);
 }
 
 } // namespace rivenfall

@@ -2,9 +2,9 @@
 
 #include "app/Application.h"
 #include "controls/App.h"
+#include "files/FilePath.h"
 #include "support/SupportLibrary.h"
 #include "system/CommandLine.h"
-#include "system/FilePath.h"
 
 namespace rivenfall {
 

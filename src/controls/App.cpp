@@ -1,7 +1,7 @@
 #include "controls/App.h"
 
 #include "controls/MessageDialog.h"
-#include "system/FilePath.h"
+#include "files/FilePath.h"
 
 #include <QApplication>
 #include <QSettings>
@@ -11,6 +11,8 @@
 #include <cstdlib>
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -53,12 +55,12 @@ App::App(int argc, char** argv) : plngArgumentCount(argc) {
         CommandLineItems += PathText(argv[position]);
     }
 
-    QApplication::setApplicationName(QStringLiteral("rivenfall"));
-    QApplication::setOrganizationDomain(QStringLiteral("omra.org"));
-    QApplication::setDesktopFileName(QStringLiteral("org.omra.Rivenfall"));
+    QApplication::setApplicationName(u"rivenfall"_s);
+    QApplication::setOrganizationDomain(u"omra.org"_s);
+    QApplication::setDesktopFileName(u"org.omra.Rivenfall"_s);
     QApplication::setQuitOnLastWindowClosed(false);
     // The program keeps no settings, and Qt's file dialog is to keep none in its place.
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, u"/dev/null"_s);
 }
 
 App::~App() = default;

@@ -7,6 +7,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 DataObjectFileList::DataObjectFileList(QStringList paths) : pobjPaths(std::move(paths)) {}
 
 QString DataObjectFileList::Item(int Index) const {
@@ -53,8 +55,8 @@ QStringList DataObject::FilePaths() const {
 
 QString DataObject::OwnText() const {
     // QMimeData::hasText also speaks for a mere list of files.
-    if (!pobjData.hasFormat(QStringLiteral("text/plain")) &&
-        !pobjData.hasFormat(QStringLiteral("text/plain;charset=utf-8"))) {
+    if (!pobjData.hasFormat(u"text/plain"_s) &&
+        !pobjData.hasFormat(u"text/plain;charset=utf-8"_s)) {
         return {};
     }
     const QString text = pobjData.text();

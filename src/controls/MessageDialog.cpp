@@ -1,6 +1,6 @@
 #include "controls/MessageDialog.h"
 
-#include "support/DialogOwner.h"
+#include "support/desktop/DialogOwner.h"
 
 #include <QCoreApplication>
 #include <QFontDatabase>

@@ -10,6 +10,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QPlainTextEdit* EditOf(const MultiLineTextBox& box) {
@@ -18,7 +20,7 @@ QPlainTextEdit* EditOf(const MultiLineTextBox& box) {
 
 /// Courier New at 9.75 points, which are 195 twips.
 QFont TypewriterFont() {
-    QFont font(QStringLiteral("Courier New"));
+    QFont font(u"Courier New"_s);
     font.setStyleHint(QFont::TypeWriter);
     font.setPixelSize(PixelsFromTwips(195));
     return font;
@@ -104,7 +106,7 @@ void MultiLineTextBox::AppendText(const QString& text) {
         AskForRoom(pstrText.size() + text.size());
     }
     pstrText += text;
-    QString shown = (pblnReturnHeldBack ? QStringLiteral("\r") : QString()) + text;
+    QString shown = (pblnReturnHeldBack ? u"\r"_s : QString()) + text;
     pblnReturnHeldBack = shown.endsWith(u'\r');
     shown.chop(pblnReturnHeldBack ? 1 : 0);
     ShowAtEnd(shown);

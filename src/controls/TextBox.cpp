@@ -22,6 +22,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 KeyCode KeyCodeOf(const QKeyEvent& event) {
@@ -61,7 +63,7 @@ constexpr qsizetype LongestShown = 1000;
 
 /// What the box takes of a text that the user brings in, as it holds one line.
 QString FirstLine(const QString& text) {
-    static const QRegularExpression lineBreak(QStringLiteral("[\r\n\u2028\u2029]"));
+    static const QRegularExpression lineBreak(u"[\r\n\u2028\u2029]"_s);
     return text.section(lineBreak, 0, 0);
 }
 
@@ -218,7 +220,7 @@ void TextBox::SetText(const QString& text) {
     const bool tooLong = text.size() > LongestText;
     pstrLongText = tooLong ? text : QString();
     line->setReadOnly(tooLong);
-    line->setToolTip(tooLong ? QStringLiteral("Too long to be changed here") : QString());
+    line->setToolTip(tooLong ? u"Too long to be changed here"_s : QString());
     line->setText(tooLong ? text.first(LongestShown) + u'…' : text);
     if (typesOn) {
         line->setCursorPosition(caret);

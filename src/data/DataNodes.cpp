@@ -9,6 +9,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 DataNodes::DataNodes() = default;
 
 DataNodes::~DataNodes() {
@@ -71,7 +73,7 @@ void DataNodes::AdjustIndexes(int first) {
 
 void DataNodes::MoveItem(DataNode& DN, int DestinationIndex) {
     if (DestinationIndex > Count() || DestinationIndex < 1) {
-        MessageBox(QStringLiteral("DestinationIndex out of range"), MessageBoxStyle::Exclamation,
+        MessageBox(u"DestinationIndex out of range"_s, MessageBoxStyle::Exclamation,
                    ProgramTitle());
         return;
     }

@@ -2,9 +2,9 @@
 
 #include "data/DataNode.h"
 #include "document/TreeBags.h"
-#include "system/FileError.h"
-#include "system/FilePath.h"
-#include "system/FileSaving.h"
+#include "files/FileError.h"
+#include "files/FilePath.h"
+#include "files/FileSaving.h"
 #include "system/Memory.h"
 
 #include <QFile>
@@ -13,6 +13,8 @@
 #include <new>
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -38,25 +40,24 @@ QByteArray ReadBytes(const QString& fileName) {
     const QFileInfo place(fileName);
     // Opening a pipe or a device could wait for ever.
     if (place.exists() && !place.isFile()) {
-        throw PropertyBagError{place.isDir() ? QStringLiteral("it is a folder")
-                                             : QStringLiteral("it is no ordinary file")};
+        throw PropertyBagError{place.isDir() ? u"it is a folder"_s : u"it is no ordinary file"_s};
     }
     if (!file.open(QIODevice::ReadOnly)) {
         throw PropertyBagError{file.errorString()};
     }
     if (file.size() > LargestFile) {
-        throw PropertyBagError{QStringLiteral("it is larger than any document")};
+        throw PropertyBagError{u"it is larger than any document"_s};
     }
     char first = 0;
     if (file.peek(&first, 1) == 1 && (first & MapMask) != MapHead) {
-        throw PropertyBagError{QStringLiteral("it is not a document of this program")};
+        throw PropertyBagError{u"it is not a document of this program"_s};
     }
     QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         throw PropertyBagError{file.errorString()};
     }
     if (bytes.isEmpty()) {
-        throw PropertyBagError{QStringLiteral("it is empty")};
+        throw PropertyBagError{u"it is empty"_s};
     }
     return bytes;
 }
@@ -72,8 +73,7 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
     }
     content.HasVariables = identification == QVariant(QString(ThirdVersion));
     if (!content.HasVariables && identification != QVariant(QString(SecondVersion))) {
-        throw PropertyBagError{
-            QStringLiteral("its format \"%1\" is unknown").arg(identification.toString())};
+        throw PropertyBagError{u"its format \"%1\" is unknown"_s.arg(identification.toString())};
     }
     const PropertyBag contentBag = TreeBags::ReadBag(fileBag, "_Content");
     TreeBags::LoadFromBag(content.Compilers, TreeBags::ReadBag(contentBag, "Compilers"));
@@ -102,7 +102,7 @@ QByteArray ImageOf(const DataNodes& compilers, const DataNodes& variables) {
 }
 
 QString Sentence(const QString& verb, const QString& fileName, const QString& reason) {
-    return QStringLiteral("The file %1 can't be %2: %3.").arg(fileName, verb, reason);
+    return u"The file %1 can't be %2: %3."_s.arg(fileName, verb, reason);
 }
 
 } // namespace
@@ -114,7 +114,7 @@ DocumentContent::DocumentContent() {
 
 void MakeDefaultVariable(DataNodes& variables) {
     variables.Clear();
-    variables.Add(QStringLiteral("FILE1"))->Childs()->Add();
+    variables.Add(u"FILE1"_s)->Childs()->Add();
 }
 
 QString ReadDocumentFile(const QString& fileName, DocumentContent& content,
@@ -134,7 +134,7 @@ QString ReadDocumentFile(const QString& fileName, DocumentContent& content,
     } catch (const std::bad_alloc&) {
         reason = QString(OutOfMemory);
     }
-    return Sentence(QStringLiteral("opened"), fileName, reason);
+    return Sentence(u"opened"_s, fileName, reason);
 }
 
 QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
@@ -143,7 +143,7 @@ QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
     try {
         const QByteArray image = ImageOf(compilers, variables);
         if (image.size() > LargestFile) {
-            throw FileError{QStringLiteral("the document is larger than can be opened again")};
+            throw FileError{u"the document is larger than can be opened again"_s};
         }
         SaveFile(fileName, image);
         return {};
@@ -152,7 +152,7 @@ QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
     } catch (const std::bad_alloc&) {
         reason = QString(OutOfMemory);
     }
-    return Sentence(QStringLiteral("saved"), fileName, reason);
+    return Sentence(u"saved"_s, fileName, reason);
 }
 
 } // namespace rivenfall

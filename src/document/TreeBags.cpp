@@ -5,6 +5,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The name of the node at @p position of a collection.
@@ -17,9 +19,9 @@ template <typename Type>
 Type Required(const PropertyBag& bag, const QByteArray& name) {
     const QVariant value = bag.ReadProperty(name);
     if (value.typeId() != qMetaTypeId<Type>()) {
-        throw PropertyBagError{(value.isValid() ? QStringLiteral("\"%1\" is of the wrong kind")
-                                                : QStringLiteral("\"%1\" is missing"))
-                                   .arg(QString::fromUtf8(name))};
+        throw PropertyBagError{
+            (value.isValid() ? u"\"%1\" is of the wrong kind"_s : u"\"%1\" is missing"_s)
+                .arg(QString::fromUtf8(name))};
     }
     return value.value<Type>();
 }
@@ -49,7 +51,7 @@ void TreeBags::LoadFromBag(DataNodes& collection, const PropertyBag& bag) {
     collection.Clear();
     const int count = Required<int>(bag, "Count");
     if (count < 0) {
-        throw PropertyBagError{QStringLiteral("\"Count\" is negative")};
+        throw PropertyBagError{u"\"Count\" is negative"_s};
     }
     for (int position = 1; position <= count; ++position) {
         const std::shared_ptr<DataNode> node = collection.MakeNode();
@@ -70,7 +72,7 @@ void TreeBags::LoadFromBag(DataNode& node, const PropertyBag& bag) {
     node.pstrValue = Required<QString>(bag, "Value");
     const QVariant active = bag.ReadProperty("Active", true);
     if (active.typeId() != QMetaType::Bool) {
-        throw PropertyBagError{QStringLiteral("\"Active\" is of the wrong kind")};
+        throw PropertyBagError{u"\"Active\" is of the wrong kind"_s};
     }
     node.pblnActive = active.toBool();
     if (MayHoldNodes(node.DataNodeType())) {

@@ -6,6 +6,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// In characters. The kernel takes at most 6 MiB of arguments and environment, whatever the limit
@@ -17,9 +19,9 @@ constexpr qint64 MostOfACommand = 1 << 23;
 class CommandWriter {
 public:
     explicit CommandWriter(VariableExpander& expander) : Expander(expander) {
-        Items.SetSeparator(QStringLiteral(" "));
-        Items.SetQuoteBegin(QStringLiteral("\""));
-        Items.SetQuoteEnd(QStringLiteral("\""));
+        Items.SetSeparator(u" "_s);
+        Items.SetQuoteBegin(u"\""_s);
+        Items.SetQuoteEnd(u"\""_s);
     }
 
     void Add(const DataNode& node) {

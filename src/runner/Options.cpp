@@ -1,7 +1,7 @@
 #include "runner/Options.h"
 
+#include "files/FilePath.h"
 #include "runner/Output.h"
-#include "system/FilePath.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

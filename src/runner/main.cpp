@@ -1,4 +1,5 @@
 #include "document/DocumentFile.h"
+#include "files/FilePath.h"
 #include "run/CommandAssembly.h"
 #include "run/LogFrame.h"
 #include "runner/DocumentRun.h"
@@ -8,7 +9,6 @@
 #include "runner/Output.h"
 #include "runner/Settings.h"
 #include "system/CurrentDirectory.h"
-#include "system/FilePath.h"
 #include "system/OpenStreams.h"
 
 #include <new>
@@ -116,7 +116,7 @@ int main(int argc, char** argv) {
     try {
         return static_cast<int>(rivenfall::Main(argc, argv));
     } catch (const std::bad_alloc&) {
-        rivenfall::Tell(QStringLiteral("the run takes more memory than there is"));
+        rivenfall::Tell(QStringView(u"the run takes more memory than there is").toString());
         return static_cast<int>(rivenfall::Status::Failure);
     }
 }

@@ -2,12 +2,14 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 QString ProgramTitle() {
-    return QStringLiteral("OMRA Rivenfall Compiler Controller " RIVENFALL_VERSION);
+    return QString::fromUtf8("OMRA Rivenfall Compiler Controller " RIVENFALL_VERSION);
 }
 
 QString FileTitleOf(const QString& path) {
-    return path.isEmpty() ? QStringLiteral("New File") : path.sliced(path.lastIndexOf(u'\\') + 1);
+    return path.isEmpty() ? u"New File"_s : path.sliced(path.lastIndexOf(u'\\') + 1);
 }
 
 } // namespace rivenfall

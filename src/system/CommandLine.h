@@ -7,9 +7,9 @@ namespace rivenfall {
 
 /// The marks that set off the items of a command line from one another.
 struct CommandLineMarks {
-    QString Separator = QStringLiteral(" ");
-    QString QuoteBegin = QStringLiteral("\"");
-    QString QuoteEnd = QStringLiteral("\"");
+    QString Separator = QChar(u' ');
+    QString QuoteBegin = QChar(u'"');
+    QString QuoteEnd = QChar(u'"');
 };
 
 /// The command line that holds @p items in order, from which SplitCommandLine gives them back.

@@ -5,12 +5,14 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 MessageBoxHandler CurrentHandler;
 
 MessageBoxAnswer WriteToStandardError(QString text, MessageBoxStyle style) {
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    text.replace(u"\r\n"_s, u"\n"_s);
     std::fprintf(stderr, "%s\n", qUtf8Printable(text));
     switch (style) {
     case MessageBoxStyle::YesNoCancel:

@@ -10,6 +10,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// A walk over so few entries is as fast as an index.
@@ -35,18 +37,18 @@ void AppendValue(QCborStreamWriter& writer, const QVariant& value) {
 /// the image can't hold is refused.
 QByteArrayView ReadBytes(QCborStreamReader& reader, const QByteArray& contents) {
     if (!reader.isLengthKnown()) {
-        throw PropertyBagError{QStringLiteral("a length is missing")};
+        throw PropertyBagError{u"a length is missing"_s};
     }
     const qsizetype length = reader.currentStringChunkSize();
     if (length < 0 || length > contents.size() - reader.currentOffset()) {
-        throw PropertyBagError{QStringLiteral("the data ends too early")};
+        throw PropertyBagError{u"the data ends too early"_s};
     }
     // The reader passes over a string only by giving it away.
     std::array<char, 4096> passed;
     while (reader.readStringChunk(passed.data(), passed.size()).status == QCborStreamReader::Ok) {
     }
     if (reader.lastError() != QCborError::NoError) {
-        throw PropertyBagError{QStringLiteral("the data ends too early")};
+        throw PropertyBagError{u"the data ends too early"_s};
     }
     return QByteArrayView(contents).sliced(reader.currentOffset() - length, length);
 }
@@ -58,7 +60,7 @@ QString TextOf(QByteArrayView bytes) {
                                                      QStringDecoder::Flag::ConvertInitialBom);
     QString text = decoder.decode(bytes);
     if (decoder.hasError()) {
-        throw PropertyBagError{QStringLiteral("a text isn't UTF-8")};
+        throw PropertyBagError{u"a text isn't UTF-8"_s};
     }
     return text;
 }
@@ -69,7 +71,7 @@ int ReadInteger(QCborStreamReader& reader) {
     const quint64 distance = negative ? static_cast<quint64>(reader.toNegativeInteger()) - 1
                                       : reader.toUnsignedInteger();
     if (distance > static_cast<quint64>(std::numeric_limits<int>::max())) {
-        throw PropertyBagError{QStringLiteral("a number is too large")};
+        throw PropertyBagError{u"a number is too large"_s};
     }
     reader.next();
     return negative ? -1 - static_cast<int>(distance) : static_cast<int>(distance);
@@ -90,9 +92,8 @@ QVariant ReadValue(QCborStreamReader& reader, const QByteArray& contents) {
             reader.next();
             return value;
         }
-        throw PropertyBagError{reader.isInvalid()
-                                   ? QStringLiteral("the data ends too early")
-                                   : QStringLiteral("a value is of an unknown kind")};
+        throw PropertyBagError{reader.isInvalid() ? u"the data ends too early"_s
+                                                  : u"a value is of an unknown kind"_s};
     }
 }
 
@@ -114,10 +115,10 @@ void PropertyBag::SetContents(const QByteArray& contents) {
     *this = PropertyBag();
     QCborStreamReader reader(contents);
     if (!reader.isMap()) {
-        throw PropertyBagError{QStringLiteral("the data isn't a document's")};
+        throw PropertyBagError{u"the data isn't a document's"_s};
     }
     if (!reader.isLengthKnown()) {
-        throw PropertyBagError{QStringLiteral("a length is missing")};
+        throw PropertyBagError{u"a length is missing"_s};
     }
     PropertyBag read;
     read.pobjContents = contents;
@@ -130,14 +131,14 @@ void PropertyBag::ReadEntries(QCborStreamReader& reader) {
     reader.enterContainer();
     while (reader.lastError() == QCborError::NoError && reader.hasNext()) {
         if (!reader.isString()) {
-            throw PropertyBagError{QStringLiteral("a name isn't a text")};
+            throw PropertyBagError{u"a name isn't a text"_s};
         }
         const QByteArrayView name = ReadBytes(reader, pobjContents);
         WriteProperty(QByteArray::fromRawData(name.data(), name.size()),
                       ReadValue(reader, pobjContents));
     }
     if (reader.lastError() != QCborError::NoError) {
-        throw PropertyBagError{QStringLiteral("the data ends too early")};
+        throw PropertyBagError{u"the data ends too early"_s};
     }
 }
 

@@ -9,10 +9,12 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString ExpandAction = QStringLiteral("Expand");
-const QString CollapseAction = QStringLiteral("Collapse");
+const QString ExpandAction = u"Expand"_s;
+const QString CollapseAction = u"Collapse"_s;
 
 /// One node as a screen reader sees it. Its actions are the user's own.
 class NodeAccessibility : public QAccessibleInterface, public QAccessibleActionInterface {
@@ -49,7 +51,7 @@ public:
         if (text == QAccessible::Name) {
             // In the order of what runs, without the marks of what is shown.
             const bool blank = QStringView(Item.Text()).trimmed().isEmpty();
-            return blank ? QStringLiteral("(empty)") : Item.Text().left(LongestRow);
+            return blank ? u"(empty)"_s : Item.Text().left(LongestRow);
         }
         if (text == QAccessible::Description) {
             int level = 1;
@@ -57,8 +59,7 @@ public:
                 ++level;
             }
             const QModelIndex index = Index();
-            return QStringLiteral("Level %1, %2 of %3")
-                .arg(level)
+            return u"Level %1, %2 of %3"_s.arg(level)
                 .arg(index.row() + 1)
                 .arg(Rows().Model().rowCount(index.parent()));
         }

@@ -3,13 +3,15 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Gives the new node @p added what makes it complete down to the last level of its tree.
 void AddChildsFor(DataNode& added) {
     switch (added.DataNodeType()) {
     case NodeKind::Compiler:
-        added.Childs()->Add()->Childs()->Add(QStringLiteral("${FILE1}"));
+        added.Childs()->Add()->Childs()->Add(u"${FILE1}"_s);
         break;
     case NodeKind::Parameter:
     case NodeKind::Variable:

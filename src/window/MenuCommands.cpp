@@ -1,10 +1,12 @@
 #include "app/Application.h"
-#include "run/Execution.h"
+#include "run/desktop/Execution.h"
 #include "support/SupportLibrary.h"
 #include "support/Title.h"
 #include "window/frmMain.h"
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 void Application::pobjFormMnuFileNew_Click() {
     FileNew();
@@ -35,10 +37,9 @@ void Application::pobjFormMnuFileExit_Click() {
 }
 
 void Application::pobjFormMnuHelpInfo_Click() {
-    SupportLibrary::ShowAbout(
-        ProgramTitle(), pobjForm->Icon(), {},
-        {QString(), QStringLiteral("This is a compiler controller,"),
-         QStringLiteral("i.e. it controlls compiler invocation and parameters.")});
+    SupportLibrary::ShowAbout(ProgramTitle(), pobjForm->Icon(), {},
+                              {QString(), u"This is a compiler controller,"_s,
+                               u"i.e. it controlls compiler invocation and parameters."_s});
 }
 
 void Application::pobjForm_QueryUnload(bool& Cancel, FormUnloadMode UnloadMode) {

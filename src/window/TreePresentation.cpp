@@ -7,6 +7,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void ShowState(Node& treeNode, const DataNode& node) {
@@ -43,7 +45,7 @@ void Application::Refresh() {
 
 /// The document first, the program behind it.
 void Application::ShowFileTitle() {
-    pobjForm->SetCaption(FileTitle() + QStringLiteral(" - ") + ProgramTitle());
+    pobjForm->SetCaption(FileTitle() + u" - "_s + ProgramTitle());
 }
 
 /// Puts a copy of the rows in view in front of the tree. Gives the index of the top row, or the

@@ -2,33 +2,35 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 frmMain::frmMain()
     : Form(FormBorder::Fixed, 8655, 5295),
-      mnuFile(*this, QStringLiteral("&File")),
-      mnuFileNew(mnuFile, QStringLiteral("&New")),
-      mnuFileOpen(mnuFile, QStringLiteral("O&pen")),
-      mnuFileSave(mnuFile, QStringLiteral("&Save")),
-      mnuFileSaveAs(mnuFile, QStringLiteral("Save &as")),
-      mnuFileSep0(mnuFile, QStringLiteral("-")),
-      mnuFileRun(mnuFile, QStringLiteral("&Run")),
-      mnuFileShowOutput(mnuFile, QStringLiteral("Show &output")),
-      mnuFileSep1(mnuFile, QStringLiteral("-")),
-      mnuFileExit(mnuFile, QStringLiteral("E&xit")),
-      mnuHelp(*this, QStringLiteral("&Help")),
-      mnuHelpInfo(mnuHelp, QStringLiteral("&Info"), QStringLiteral("F1")),
+      mnuFile(*this, u"&File"_s),
+      mnuFileNew(mnuFile, u"&New"_s),
+      mnuFileOpen(mnuFile, u"O&pen"_s),
+      mnuFileSave(mnuFile, u"&Save"_s),
+      mnuFileSaveAs(mnuFile, u"Save &as"_s),
+      mnuFileSep0(mnuFile, u"-"_s),
+      mnuFileRun(mnuFile, u"&Run"_s),
+      mnuFileShowOutput(mnuFile, u"Show &output"_s),
+      mnuFileSep1(mnuFile, u"-"_s),
+      mnuFileExit(mnuFile, u"E&xit"_s),
+      mnuHelp(*this, u"&Help"_s),
+      mnuHelpInfo(mnuHelp, u"&Info"_s, u"F1"_s),
       tabContent(Client()),
       picContent(Client()),
       tvwContent(picContent.Widget()),
       udnMove(picContent.Widget()),
-      cmdNew(picContent.Widget(), QStringLiteral("&New")),
-      cmdRemove(picContent.Widget(), QStringLiteral("&Remove")),
+      cmdNew(picContent.Widget(), u"&New"_s),
+      cmdRemove(picContent.Widget(), u"&Remove"_s),
       txtValue(picContent.Widget()),
       txtDescription(picContent.Widget()),
-      cmdOK(picContent.Widget(), QStringLiteral("Ok")),
-      cmdCancel(picContent.Widget(), QStringLiteral("Cancel")),
+      cmdOK(picContent.Widget(), u"Ok"_s),
+      cmdCancel(picContent.Widget(), u"Cancel"_s),
       tvwContentFake(picContent.Widget()) {
-    SetCaption(QStringLiteral("OMRA"));
-    SetIcon(QStringLiteral(":/icons"));
+    SetCaption(u"OMRA"_s);
+    SetIcon(u":/icons"_s);
     PlaceControls();
     NameControls();
 
@@ -67,13 +69,13 @@ void frmMain::PlaceControls() {
 }
 
 void frmMain::NameControls() {
-    tabContent.SetAccessibleName(QStringLiteral("Content"));
-    tvwContent.SetAccessibleName(QStringLiteral("Document"));
+    tabContent.SetAccessibleName(u"Content"_s);
+    tvwContent.SetAccessibleName(u"Document"_s);
     tvwContentFake.SetReachable(false);
-    udnMove.SetAccessibleName(QStringLiteral("Move"));
-    udnMove.SetButtonNames(QStringLiteral("Move up"), QStringLiteral("Move down"));
-    txtValue.SetAccessibleName(QStringLiteral("Value"));
-    txtDescription.SetAccessibleName(QStringLiteral("Description"));
+    udnMove.SetAccessibleName(u"Move"_s);
+    udnMove.SetButtonNames(u"Move up"_s, u"Move down"_s);
+    txtValue.SetAccessibleName(u"Value"_s);
+    txtDescription.SetAccessibleName(u"Description"_s);
 }
 
 } // namespace rivenfall

@@ -1,6 +1,6 @@
-#include "system/OpenFile.h"
+#include "files/OpenFile.h"
 
-#include "system/FileError.h"
+#include "files/FileError.h"
 
 #include <unistd.h>
 

@@ -5,12 +5,14 @@
 #include "controls/TextBox.h"
 #include "controls/UpDown.h"
 #include "document/DocumentFile.h"
-#include "support/FileDialog.h"
 #include "support/Title.h"
+#include "support/desktop/FileDialog.h"
 #include "system/MessageBox.h"
 #include "tree/TreeView.h"
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,11 +25,10 @@ constexpr size_t BytesOfRow = 2048;
 /// Sets the file dialog up for @p purpose, with the caption @p title.
 void Application::ConfigureFileDialog(const QString& title, FileDialogPurpose purpose) {
     const bool opening = purpose == FileDialogPurpose::Open;
-    pobjFileDialog->SetDefaultExtension(QStringLiteral(".tvq"));
+    pobjFileDialog->SetDefaultExtension(u".tvq"_s);
     pobjFileDialog->SetDialogTitle(title);
     pobjFileDialog->SetDialogFlag3(opening);
-    pobjFileDialog->SetDialogFilter(
-        QStringLiteral("OMRA Rivenfall Compiler Controller Files|*.tvq"));
+    pobjFileDialog->SetDialogFilter(u"OMRA Rivenfall Compiler Controller Files|*.tvq"_s);
     pobjFileDialog->SetDialogFlag4(true);
     pobjFileDialog->SetDialogFlag5(false);
     pobjFileDialog->SetDialogFlag6(!opening);
@@ -36,14 +37,13 @@ void Application::ConfigureFileDialog(const QString& title, FileDialogPurpose pu
 }
 
 bool Application::AskOpenFileName() {
-    ConfigureFileDialog(QStringLiteral("Open File - ") + ProgramTitle(), FileDialogPurpose::Open);
+    ConfigureFileDialog(u"Open File - "_s + ProgramTitle(), FileDialogPurpose::Open);
     pobjFileDialog->ShowOpen();
     return TakeChosenFileName();
 }
 
 bool Application::AskSaveFileName() {
-    ConfigureFileDialog(QStringLiteral("FileSave File As - ") + ProgramTitle(),
-                        FileDialogPurpose::Save);
+    ConfigureFileDialog(u"FileSave File As - "_s + ProgramTitle(), FileDialogPurpose::Save);
     pobjFileDialog->ShowSave();
     return TakeChosenFileName();
 }
@@ -61,7 +61,7 @@ bool Application::AskSaveChanges() {
     if (!pblnChanged) {
         return true;
     }
-    switch (MessageBox(QStringLiteral("The file was changed.\r\nDo you want to save it?"),
+    switch (MessageBox(u"The file was changed.\r\nDo you want to save it?"_s,
                        MessageBoxStyle::YesNoCancel, ProgramTitle())) {
     case MessageBoxAnswer::Yes:
         return FileSave();
@@ -74,7 +74,7 @@ bool Application::AskSaveChanges() {
 
 void Application::FileNew() {
     if (pblnChanged) {
-        switch (MessageBox(QStringLiteral("changed; FileSave?"), MessageBoxStyle::YesNoCancel)) {
+        switch (MessageBox(u"changed; FileSave?"_s, MessageBoxStyle::YesNoCancel)) {
         case MessageBoxAnswer::Yes:
             pobjFormMnuFileSave_Click();
             break;
@@ -88,7 +88,7 @@ void Application::FileNew() {
     pstrFileName.clear();
     pblnChanged = false;
     pobjCompilers->Clear();
-    pobjCompilers->Add()->Childs()->Add()->Childs()->Add(QStringLiteral("${FILE1}"));
+    pobjCompilers->Add()->Childs()->Add()->Childs()->Add(u"${FILE1}"_s);
     MakeDefaultVariable(*pobjVariables);
     plngContentNode = {1, 1};
     pobjFormTvwContentFake->SetVisible(false);
@@ -163,7 +163,7 @@ bool Application::ReadDocument() {
     } else {
         MakeDefaultVariable(*pobjVariables);
         pobjFormTabContent->Tabs().Clear();
-        pobjFormTabContent->Tabs().Add(QStringLiteral("Compilers"));
+        pobjFormTabContent->Tabs().Add(u"Compilers"_s);
     }
     return true;
 }

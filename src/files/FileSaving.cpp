@@ -1,9 +1,9 @@
-#include "system/FileSaving.h"
+#include "files/FileSaving.h"
 
-#include "system/FileError.h"
-#include "system/FilePath.h"
-#include "system/FilePlace.h"
-#include "system/FileRights.h"
+#include "files/FileError.h"
+#include "files/FilePath.h"
+#include "files/FilePlace.h"
+#include "files/FileRights.h"
 
 #include <QFile>
 #include <QRandomGenerator>

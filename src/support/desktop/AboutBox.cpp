@@ -1,5 +1,5 @@
-#include "support/DialogOwner.h"
 #include "support/SupportLibrary.h"
+#include "support/desktop/DialogOwner.h"
 
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -9,6 +9,8 @@
 #include <QPushButton>
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -31,7 +33,7 @@ QLabel* Heading(const QString& text, QWidget* parent) {
 
 QLabel* Picture(const QString& icon, QWidget* parent) {
     auto* label = new QLabel(parent);
-    label->setPixmap(QIcon(icon + QStringLiteral("/128.png")).pixmap(IconPixels));
+    label->setPixmap(QIcon(icon + u"/128.png"_s).pixmap(IconPixels));
     label->setAlignment(Qt::AlignTop);
     return label;
 }

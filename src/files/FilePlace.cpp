@@ -1,6 +1,6 @@
-#include "system/FilePlace.h"
+#include "files/FilePlace.h"
 
-#include "system/FileError.h"
+#include "files/FileError.h"
 
 #include <filesystem>
 #include <unistd.h>

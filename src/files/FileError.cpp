@@ -1,4 +1,4 @@
-#include "system/FileError.h"
+#include "files/FileError.h"
 
 #include <algorithm>
 #include <cstring>

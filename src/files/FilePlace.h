@@ -1,6 +1,6 @@
 #pragma once
 
-#include "system/OpenFile.h"
+#include "files/OpenFile.h"
 
 namespace rivenfall {
 

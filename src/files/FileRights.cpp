@@ -1,7 +1,7 @@
-#include "system/FileRights.h"
+#include "files/FileRights.h"
 
-#include "system/FileError.h"
-#include "system/OpenFile.h"
+#include "files/FileError.h"
+#include "files/OpenFile.h"
 
 #include <QMap>
 

@@ -1,4 +1,4 @@
-#include "support/DialogOwner.h"
+#include "support/desktop/DialogOwner.h"
 
 #include <QApplication>
 #include <QMainWindow>

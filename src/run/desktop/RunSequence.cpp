@@ -1,7 +1,7 @@
 #include "app/Application.h"
 #include "run/CommandAssembly.h"
-#include "run/Execution.h"
 #include "run/LogFrame.h"
+#include "run/desktop/Execution.h"
 #include "support/Title.h"
 #include "system/CurrentDirectory.h"
 #include "system/EventLoop.h"
@@ -12,14 +12,16 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void CarryOutDirectoryChange(Execution& execution, const StringList& items) {
     try {
         const QString path = PathOfDirectoryChange(items);
-        execution.Echo(QStringLiteral("cd ") + path, ResultOfChange(ChangeDirectory(path)));
+        execution.Echo(u"cd "_s + path, ResultOfChange(ChangeDirectory(path)));
     } catch (const std::bad_alloc&) {
-        execution.Echo(QStringLiteral("cd"), ResultOfStart(false, ENOMEM));
+        execution.Echo(u"cd"_s, ResultOfStart(false, ENOMEM));
     }
 }
 
@@ -50,7 +52,7 @@ void Application::Run() {
         const QString issue = NothingToRunIssue.toString();
         const QString result = NothingToRunResult.toString();
         pobjExecution->Echo(issue, result);
-        MessageBox(issue + QStringLiteral("\r\n") + result, MessageBoxStyle::Error, ProgramTitle());
+        MessageBox(issue + u"\r\n"_s + result, MessageBoxStyle::Error, ProgramTitle());
         return;
     }
     pobjExecution->Clear();

@@ -1,6 +1,6 @@
-#include "system/FilePath.h"
+#include "files/FilePath.h"
 
-#include "system/FileError.h"
+#include "files/FileError.h"
 
 #include <QStringDecoder>
 

@@ -1,4 +1,4 @@
-#include "run/ExpandVariables.h"
+#include "run/desktop/ExpandVariables.h"
 
 #include "app/Application.h"
 #include "app/modMain.h"

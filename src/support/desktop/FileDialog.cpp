@@ -1,7 +1,7 @@
-#include "support/FileDialog.h"
+#include "support/desktop/FileDialog.h"
 
-#include "support/DialogOwner.h"
 #include "support/Title.h"
+#include "support/desktop/DialogOwner.h"
 #include "system/MessageBox.h"
 
 #include <QDir>
@@ -9,6 +9,8 @@
 #include <QFileInfo>
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -56,8 +58,8 @@ QString FileDialog::StartFolder() const {
 /// Lets the user choose, from the path @p start on: its folder, and the name behind it on offer.
 QString FileDialog::AskUser(FileDialogPurpose purpose, const QString& start) const {
     QFileDialog dialog(DialogOwner(), pstrTitle, QFileInfo(start).path());
-    dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(pstrFilter.section(u'|', 0, 0),
-                                                       pstrFilter.section(u'|', 1, 1)));
+    dialog.setNameFilter(
+        u"%1 (%2)"_s.arg(pstrFilter.section(u'|', 0, 0), pstrFilter.section(u'|', 1, 1)));
     if (purpose == FileDialogPurpose::Open) {
         dialog.setAcceptMode(QFileDialog::AcceptOpen);
         dialog.setDefaultSuffix(pstrDefaultExtension.mid(1));
@@ -82,7 +84,7 @@ bool FileDialog::MayBeReplaced(const QString& path) const {
     if (!pblnAskBeforeOverwriting || !QFileInfo(path).isFile()) {
         return true;
     }
-    const QString question = QStringLiteral("\"%1\" exists already.\r\nDo you want to replace it?");
+    const QString question = u"\"%1\" exists already.\r\nDo you want to replace it?"_s;
     return MessageBox(question.arg(QFileInfo(path).fileName()), MessageBoxStyle::YesNo,
                       ProgramTitle()) == MessageBoxAnswer::Yes;
 }

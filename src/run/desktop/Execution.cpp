@@ -1,10 +1,10 @@
-#include "run/Execution.h"
+#include "run/desktop/Execution.h"
 
 #include "app/Application.h"
 #include "app/modMain.h"
 #include "run/LogFrame.h"
 #include "run/OutputDecoder.h"
-#include "run/frmExec.h"
+#include "run/desktop/frmExec.h"
 #include "support/Title.h"
 #include "system/MessageBox.h"
 
@@ -13,6 +13,8 @@
 #include <new>
 
 namespace rivenfall {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -29,7 +31,7 @@ void Execution::FormDeleter::operator()(frmExec* form) const {
 Execution::Execution() : pobjForm(new frmExec) {
     // No exit code is ever read, and a child may end long after its output did.
     ReapChildrenInKernel();
-    pobjForm->SetCaption(QStringLiteral("[Output] - ") + ProgramTitle());
+    pobjForm->SetCaption(u"[Output] - "_s + ProgramTitle());
     pobjFormTmrTick = &pobjForm->tmrTick;
     pobjFormTmrTick->SetInterval(TickMilliseconds);
     pobjFormTmrTick->SetEnabled(true);
@@ -81,10 +83,10 @@ bool Execution::Running() const {
 }
 
 void Execution::Show() {
-    QString caption = QStringLiteral("[Output] - ") + ProgramTitle();
+    QString caption = u"[Output] - "_s + ProgramTitle();
     // A run that goes on after the program was told to quit has no document any more.
     if (const std::shared_ptr<Application> application = GlobalApplication()) {
-        caption.prepend(application->FileTitle() + QStringLiteral(" - "));
+        caption.prepend(application->FileTitle() + u" - "_s);
     }
     pobjForm->SetCaption(caption);
     pobjForm->Show();
@@ -97,13 +99,12 @@ const MultiLineTextBox& Execution::Log() const {
 
 bool Execution::StartProcess(const QString& CommandLine) {
     if (pblnRunning) {
-        MessageBox(QStringLiteral("Still running!"), MessageBoxStyle::Exclamation, ProgramTitle());
+        MessageBox(u"Still running!"_s, MessageBoxStyle::Exclamation, ProgramTitle());
         return false;
     }
     StandardStreams streams;
     if (!OpenPipes(streams)) {
-        MessageBox(QStringLiteral("CreatePipe failed. Error: %1").arg(LastError()),
-                   MessageBoxStyle::Plain);
+        MessageBox(u"CreatePipe failed. Error: %1"_s.arg(LastError()), MessageBoxStyle::Plain);
         return false;
     }
     pblnRunning = CreateProcess(CommandLine, streams, phndProcess);
