@@ -7,33 +7,32 @@ namespace {
 using RunnerDryRunTest = RunnerTest;
 
 TEST_F(RunnerDryRunTest, PrintsLinesForAShellAndStartsNothing) {
-    Document({Shell(u": >started"_s, {u"it's"_s, u"${A}"_s}),
-              {"cd", {"my dir"}},
-              {"cd", {"../-x"}},
-              {"cd", {"/gone"}},
-              "cd",
-              "no-such",
-              "./tool",
-              {"echo", {"-n"}},
-              {"A=b", {"~", "a*", "-o", "${NONE}.c"}},
-              {"no-such", {"${none}${SELF}"}}},
-             "doc.tvq", "A(~),SELF(${SELF}),!NONE(x)");
     QDir(Folder.path()).mkdir(u"my dir"_s);
-    const Call result = Run({u"-n"_s, u"doc.tvq"_s});
-    EXPECT_EQ(result.Status, 0);
-    EXPECT_EQ(result.Output,
-              "sh -c ': >started' 'it'\\''s' '' </dev/null\n"
-              "cd './my dir'\ncd -P ../-x\ncd /gone\nfalse # cd \nno-such </dev/null\n"
-              "./tool </dev/null\n(exec echo -n) </dev/null\n"
-              "'A=b' '~' 'a*' -o .c </dev/null\nno-such '' </dev/null\n");
     // What comes behind a directory that isn't there is looked for only where that is certain.
-    EXPECT_EQ(result.Error, "rivenfall-run: cd ../-x: No such file or directory\n"
-                            "rivenfall-run: cd /gone: No such file or directory\n"
-                            "rivenfall-run: no-such: No such file or directory\n"
-                            "rivenfall-run: A=b: No such file or directory\n"
-                            "rivenfall-run: ${NONE}: no value found\n"
-                            "rivenfall-run: ${none}: no value found\n"
-                            "rivenfall-run: ${SELF}: no value found\n");
+    Run("-n")
+        .Of({Shell(u": >started"_s, {u"it's"_s, u"${A}"_s}),
+             {"cd", {"my dir"}},
+             {"cd", {"../-x"}},
+             {"cd", {"/gone"}},
+             "cd",
+             "no-such",
+             "./tool",
+             {"echo", {"-n"}},
+             {"A=b", {"~", "a*", "-o", "${NONE}.c"}},
+             {"no-such", {"${none}${SELF}"}}},
+            "A(~),SELF(${SELF}),!NONE(x)")
+        .Prints("sh -c ': >started' 'it'\\''s' '' </dev/null\n"
+                "cd './my dir'\ncd -P ../-x\ncd /gone\nfalse # cd \nno-such </dev/null\n"
+                "./tool </dev/null\n(exec echo -n) </dev/null\n"
+                "'A=b' '~' 'a*' -o .c </dev/null\nno-such '' </dev/null\n")
+        .Tells("rivenfall-run: cd ../-x: No such file or directory\n"
+               "rivenfall-run: cd /gone: No such file or directory\n"
+               "rivenfall-run: no-such: No such file or directory\n"
+               "rivenfall-run: A=b: No such file or directory\n"
+               "rivenfall-run: ${NONE}: no value found\n"
+               "rivenfall-run: ${none}: no value found\n"
+               "rivenfall-run: ${SELF}: no value found\n")
+        .Ends(0);
     EXPECT_FALSE(Exists("started"));
 }
 
@@ -67,17 +66,16 @@ TEST_F(RunnerDryRunTest, AShellDoesWhatTheRunDoes) {
     compilers.insert(compilers.begin(), Shell(u"timeout 0.2 head -c 99999; :"_s));
     compilers.push_back("no-such");
     compilers.push_back("tool");
-    Document(compilers);
     Environment.insert(u"CDPATH"_s, Path("decoy"));
     Environment.insert(u"PATH"_s, Path("bin") + u':' + qEnvironmentVariable("PATH"));
 
     Environment.insert(u"OUT"_s, Path("run"));
-    Run();
+    Run().Of(compilers).Tells("…").Ends(3);
     EXPECT_GT(TextOf("run").size(), 1000U);
     for (const char* shell : {"dash", "bash", "sh"}) {
         QFile::remove(Path("shell"));
         Environment.insert(u"OUT"_s, Path("shell"));
-        Bash((std::string("$RUN -n doc.tvq | ") + shell).c_str());
+        Bash(std::string("$RUN -n doc.tvq | ") + shell).Tells("…").Ends(0);
         EXPECT_TRUE(TextOf("shell") == TextOf("run")) << shell << '\n' << TextOf("shell");
     }
 }

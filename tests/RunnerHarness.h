@@ -4,17 +4,87 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 
 #include <unistd.h>
 
 namespace rivenfall {
 
-/// What one call of a program came to.
-struct Call {
-    /// The exit status, or 128 and the number of the signal that ended it, as in a shell.
-    int Status;
-    std::string Output;
-    std::string Error;
+/// A call of a program, told as a sentence: what it is given, what it has to write, and how it has
+/// to end. "…" stands for any text there. What is told on standard error has to be asked for.
+class Call {
+public:
+    /// The document doc.tvq with these trees.
+    [[nodiscard]] Call& Of(const std::vector<Sketch>& compilers,
+                           const char* variables = "EMPTY(~)") {
+        StoreBytes(Folder + u"/doc.tvq"_s, DocumentImage(compilers, Sketches(variables)));
+        return With({u"doc.tvq"_s});
+    }
+    [[nodiscard]] Call& With(const QStringList& arguments) {
+        Arguments += arguments;
+        return *this;
+    }
+    /// A signal as soon as there is a file `started`.
+    [[nodiscard]] Call& Gets(int signal) {
+        Signal = signal;
+        return *this;
+    }
+    [[nodiscard]] Call& Prints(const std::string& output) {
+        Output = output;
+        return *this;
+    }
+    [[nodiscard]] Call& Tells(const std::string& error) {
+        Error = error;
+        return *this;
+    }
+    /// Carries the call out. The status is 128 and the number of a signal that ends it, as in a
+    /// shell. Gives what was printed.
+    std::string Ends(int status) {
+        QProcess process;
+        process.setWorkingDirectory(Folder);
+        process.setProcessEnvironment(Environment);
+        QFile::remove(Folder + u"/started"_s);
+        process.start(Program, Arguments);
+        EXPECT_TRUE(process.waitForStarted());
+        if (Signal != 0) {
+            for (int wait = 0; wait < 2000 && !QFile::exists(Folder + u"/started"_s); ++wait) {
+                usleep(10'000);
+            }
+            kill(static_cast<pid_t>(process.processId()), Signal);
+        }
+        EXPECT_TRUE(process.waitForFinished(20000));
+        const bool ended = process.exitStatus() == QProcess::NormalExit;
+        const QByteArray output = process.readAllStandardOutput();
+        const QByteArray error = process.readAllStandardError();
+        EXPECT_TRUE(process.exitCode() + (ended ? 0 : 128) == status && Fits(output, Output) &&
+                    Fits(error, Error))
+            << Arguments.join(u' ').toStdString() << "\nended with " << process.exitCode()
+            << ", printed\n"
+            << output.constData() << "\nand told\n"
+            << error.constData() << "\nin place of " << status << ",\n"
+            << Output << "\nand\n"
+            << Error;
+        return output.toStdString();
+    }
+
+    QString Program;
+    QStringList Arguments;
+    QString Folder;
+    QProcessEnvironment Environment;
+    int Signal = 0;
+    std::string Output = "…";
+    std::string Error = {};
+
+private:
+    static bool Fits(const QByteArray& text, const std::string& expected) {
+        const QString pattern =
+            QRegularExpression::escape(QString::fromLatin1(QByteArrayView(expected)))
+                .replace(QRegularExpression::escape(QString::fromLatin1("…")), u".*"_s);
+        return QRegularExpression(QRegularExpression::anchoredPattern(pattern),
+                                  QRegularExpression::DotMatchesEverythingOption)
+            .match(QString::fromLatin1(text))
+            .hasMatch();
+    }
 };
 
 /// A test of the program without a screen, in a folder and with a home of its own. Scripts find the
@@ -39,42 +109,15 @@ protected:
         StoreBytes(Path(name), DocumentImage(compilers, Sketches(variables)));
     }
 
-    /// Calls the program with @p arguments, doc.tvq where there are none.
-    Call Run(const QStringList& arguments = {u"doc.tvq"_s}) {
-        return Start(Environment.value(u"RUN"_s), arguments);
+    /// The program with @p options, parted by blanks.
+    Call Run(const char* options = "") {
+        return {Environment.value(u"RUN"_s),
+                QString::fromUtf8(options).split(u' ', Qt::SkipEmptyParts), Folder.path(),
+                Environment};
     }
-
-    /// Has bash carry out @p script.
-    Call Bash(const char* script) { return Start(u"bash"_s, {u"-c"_s, QString::fromUtf8(script)}); }
-
-    Call Start(const QString& program, const QStringList& arguments) {
-        QProcess process;
-        Start(process, program, arguments);
-        return EndOf(process);
-    }
-
-    void Start(QProcess& process, const QString& program, const QStringList& arguments) {
-        process.setWorkingDirectory(Folder.path());
-        process.setProcessEnvironment(Environment);
-        process.start(program, arguments);
-        EXPECT_TRUE(process.waitForStarted());
-    }
-
-    /// Starts @p process in the folder and waits until there is a file `started` in it.
-    void StartAndWait(QProcess& process, const QString& program, const QStringList& arguments) {
-        QFile::remove(Path("started"));
-        Start(process, program, arguments);
-        for (int wait = 0; wait < 2000 && !Exists("started"); ++wait) {
-            usleep(10'000);
-        }
-    }
-
-    static Call EndOf(QProcess& process) {
-        EXPECT_TRUE(process.waitForFinished(20000));
-        const bool ended = process.exitStatus() == QProcess::NormalExit;
-        return {process.exitCode() + (ended ? 0 : 128),
-                process.readAllStandardOutput().toStdString(),
-                process.readAllStandardError().toStdString()};
+    /// bash, which carries out @p script.
+    Call Bash(const std::string& script) {
+        return {u"bash"_s, {u"-c"_s, QString::fromStdString(script)}, Folder.path(), Environment};
     }
 
     static std::string FrameOf(const QString& issue, const char* result = "success") {

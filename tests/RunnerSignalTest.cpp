@@ -30,108 +30,92 @@ protected:
 };
 
 TEST_F(RunnerSignalTest, ReachTheChildAndEndTheProgram) {
-    Document({Waiting(), Shell(u": >next"_s)});
+    const std::vector<Sketch> document = {Waiting(), Shell(u": >next"_s)};
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        QProcess process;
-        StartAndWait(process, Environment.value(u"RUN"_s), {u"doc.tvq"_s});
-        kill(static_cast<pid_t>(process.processId()), signal);
-        const Call result = EndOf(process);
-        EXPECT_EQ(result.Status, 128 + signal);
-        EXPECT_EQ(result.Error, "");
+        Run().Of(document).Gets(signal).Ends(128 + signal);
         EXPECT_TRUE(AllEnded()) << signal;
         EXPECT_FALSE(Exists("next"));
     }
-    EXPECT_EQ(Bash("timeout 0.5 $RUN doc.tvq >log; echo $?; cat log").Output,
-              "124\n" + FrameOf(Waiting().Below[1].Value.prepend(u"sh -c \"").append(u'"')));
+    Bash("timeout 0.5 $RUN doc.tvq")
+        .Prints(FrameOf(Waiting().Below[1].Value.prepend(u"sh -c \"").append(u'"')))
+        .Ends(124);
     EXPECT_TRUE(AllEnded());
 }
 
 TEST_F(RunnerSignalTest, TheChildMayTidyUpFirst) {
-    Document({Shell(u"trap 'echo tidied; sleep 0.2; echo up; exit' TERM; "
-                    "echo >started; while :; do sleep 0.01; done"_s)});
-    QProcess process;
-    StartAndWait(process, Environment.value(u"RUN"_s), {u"doc.tvq"_s});
-    process.terminate();
-    const Call result = EndOf(process);
-    EXPECT_EQ(result.Status, 128 + SIGTERM);
-    EXPECT_TRUE(result.Output.ends_with("tidied\nup\n")) << result.Output;
+    Run()
+        .Of({Shell(u"trap 'echo tidied; sleep 0.2; echo up; exit' TERM; "
+                   "echo >started; while :; do sleep 0.01; done"_s)})
+        .Gets(SIGTERM)
+        .Prints("…tidied\nup\n")
+        .Ends(128 + SIGTERM);
 }
 
 TEST_F(RunnerSignalTest, WhatWasIgnoredStaysIgnored) {
     Document(
         {Shell(u"kill -HUP $PPID $$; echo on >out"_s), {"grep", {"SigIgn", "/proc/self/status"}}});
-    const Call result = Bash("nohup $RUN doc.tvq 2>&1; echo $?");
-    EXPECT_TRUE(result.Output.ends_with("SigIgn:\t0000000000000001\n0\n")) << result.Output;
+    Bash("nohup $RUN doc.tvq 2>&1").Prints("…SigIgn:\t0000000000000001\n").Ends(0);
     EXPECT_EQ(TextOf("out"), "on\n");
     // But a program that isn't to hear of its children would wait for ever.
     Document({"true", Shell(u"exec >&- 2>&-; sleep 0.1; exit 7"_s)});
-    EXPECT_EQ(Bash("env --ignore-signal=CHLD --block-signal=CHLD $RUN doc.tvq >log").Status, 3);
+    Bash("env --ignore-signal=CHLD --block-signal=CHLD $RUN doc.tvq").Tells("…").Ends(3);
 }
 
 TEST_F(RunnerSignalTest, AClosedPipeEndsItAndItsChild) {
     Document({Shell(u"exec 9>lock; flock 9; sleep 987 & trap '' PIPE; yes; wait"_s),
               Shell(u": >next"_s)});
-    const Call result = Bash("$RUN doc.tvq | head -c 200 >/dev/null; echo ${PIPESTATUS[0]}");
-    EXPECT_EQ(result.Output, "141\n");
-    EXPECT_EQ(result.Error, "");
+    Bash("$RUN doc.tvq | head -c 200 >/dev/null; exit ${PIPESTATUS[0]}").Ends(141);
     EXPECT_TRUE(AllEnded());
     EXPECT_FALSE(Exists("next"));
 }
 
 TEST_F(RunnerSignalTest, AReaderThatSleepsDoesNotKeepIt) {
     Document({Shell(u"exec 9>lock; flock 9; echo >started; yes"_s)});
-    QProcess process;
-    StartAndWait(process, u"bash"_s, {u"-c"_s, u"mkfifo pipe; exec 3<>pipe $RUN doc.tvq >pipe"_s});
-    usleep(300'000);
-    process.terminate();
-    EXPECT_EQ(EndOf(process).Status, 128 + SIGTERM);
+    Bash("mkfifo pipe; exec 3<>pipe $RUN doc.tvq >pipe").Gets(SIGTERM).Ends(128 + SIGTERM);
     EXPECT_TRUE(AllEnded());
 }
 
 TEST_F(RunnerSignalTest, StopsAndGoesOnWithItsChild) {
     Document({Shell(u"echo $$ >started; until [ -e go ]; do sleep 0.01; done; echo went"_s)});
-    EXPECT_EQ(Bash("set -m; $RUN doc.tvq >log & run=$!\n"
-                   "until [ -s started ]; do sleep 0.01; done\n"
-                   "state() { cut -d ' ' -f 3 /proc/$1/stat; }\n"
-                   "kill -TSTP $run; until [ $(state $run)$(state $(cat started)) = TT ]; do "
-                   "sleep 0.01; done; : >go; fg >/dev/null; echo $?; tail -n 1 log")
-                  .Output,
-              "0\nwent\n");
+    Bash("set -m; $RUN doc.tvq >log & run=$!\n"
+         "until [ -s started ]; do sleep 0.01; done\n"
+         "state() { cut -d ' ' -f 3 /proc/$1/stat; }\n"
+         "kill -TSTP $run; until [ $(state $run)$(state $(cat started)) = TT ]; do "
+         "sleep 0.01; done; : >go; fg >/dev/null; echo $?; tail -n 1 log")
+        .Prints("0\nwent\n")
+        .Tells("…")
+        .Ends(0);
 }
 
-/// Works the program at a terminal: @p keys are typed as soon as there is a file `started`.
-const char* const AtTerminal =
-    "(until [ -e started ]; do sleep 0.01; done; sleep 0.2; printf \"$KEYS\"; sleep 0.5) | "
-    "script -qec '$RUN doc.tvq' /dev/null; echo \"status $?\"";
+/// Works the program at a terminal: the keys are typed as soon as there is a file `started`.
+std::string AtTerminal(const char* keys) {
+    return std::string("(until [ -e started ]; do sleep 0.01; done; sleep 0.2; printf '") + keys +
+           "'; sleep 0.5) | script -qec '$RUN doc.tvq' /dev/null";
+}
 
 TEST_F(RunnerSignalTest, ATerminalWorksItAndItsChild) {
     Document({Waiting(), Shell(u": >next"_s)});
-    Environment.insert(u"KEYS"_s, u"\\003"_s);
-    Call result = Bash(AtTerminal);
-    EXPECT_TRUE(result.Output.ends_with("status 130\n")) << result.Output;
+    Bash(AtTerminal("\\003")).Ends(130);
     EXPECT_TRUE(AllEnded());
     EXPECT_FALSE(Exists("next"));
     // A child that asks at the terminal itself gets the answer, and so does the next one.
-    QFile::remove(Path("started"));
     const Sketch asking = Shell(u"echo >started; read word </dev/tty; echo got $word"_s);
     Document({asking, asking});
-    Environment.insert(u"KEYS"_s, u"one\\ntwo\\n"_s);
-    result = Bash(AtTerminal);
-    EXPECT_NE(result.Output.find("got one\r\n"), std::string::npos) << result.Output;
-    EXPECT_TRUE(result.Output.ends_with("got two\r\nstatus 0\n")) << result.Output;
+    Bash(AtTerminal("one\\ntwo\\n")).Prints("…got one\r\n…got two\r\n").Ends(0);
 }
 
 TEST_F(RunnerSignalTest, ADocumentDoesNotSteerTheTerminal) {
     Document({Shell(u"echo >started; printf '\\033[1m'"_s, {u"\x1B]0;t\a\n\u202E\u0085"_s}),
               {"no\x1B[2J"}});
-    Environment.insert(u"KEYS"_s, QString());
-    const std::string atTerminal = Bash(AtTerminal).Output;
-    EXPECT_NE(atTerminal.find(R"("\x1b]0;t\a\n\u202e\x85")"), std::string::npos) << atTerminal;
-    EXPECT_NE(atTerminal.find("-\r\n\x1B[1m"), std::string::npos);
-    EXPECT_NE(atTerminal.find(R"(rivenfall-run: no\x1b[2J: can't)"), std::string::npos);
+    const std::string atTerminal = Bash(AtTerminal(""))
+                                       .Prints("…"
+                                               R"("\x1b]0;t\a\n\u202e\x85")"
+                                               "…-\r\n\x1B[1m…"
+                                               R"(rivenfall-run: no\x1b[2J: can't…)")
+                                       .Ends(3);
     EXPECT_EQ(atTerminal.find("\x1B]"), std::string::npos);
     EXPECT_EQ(atTerminal.find("\x1B[2J"), std::string::npos);
-    EXPECT_NE(Run().Output.find("\"\x1B]0;t\a\n\u202E\u0085\""), std::string::npos);
+    Run("doc.tvq").Prints("…\"\x1B]0;t\a\n\u202E\u0085\"…").Tells("…").Ends(3);
 }
 
 } // namespace
