@@ -22,29 +22,28 @@ TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
         {"-C nowhere off.tvq", 2,
          "The directory nowhere can't be changed to: No such file or directory."},
         {"off.tvq EMPTY", 2, "The argument EMPTY isn't of the form NAME=VALUE."},
-        {"off.tvq EMPTI=x", 2, "No variable of the document has the name EMPTI. There are: EMPTY."},
-        {"-x off.tvq", 2, "Unknown option 'x'."},
+        {"off.tvq EMPTI=x", 2, "The document has no variable \"EMPTI\". There are: EMPTY."},
+        {"-x off.tvq", 2, "invalid option -- 'x'"},
         {"-ei off.tvq", 2, "The options -e and -i exclude each other."},
-        {"-n --print off.tvq", 2, "The options -n and -p exclude each other."},
-        {"-p off.tvq A=B", 2, "The option -p shows the document as it is and takes no NAME=VALUE."},
+        {"-n --print off.tvq", 2, "The options -l, -n and -p exclude each other."},
+        {"-p off.tvq A=B", 2, "The option -p shows the document as it is, without changes."},
         {"", 2, "The name of a document is missing."}};
     for (const auto& [arguments, status, error] : cases) {
         const std::string output = status == 1 && !std::strstr(arguments, "-n")
                                        ? FrameOf(u"No compilers to run!"_s, "Please select some...")
                                        : "";
-        Run(arguments).Prints(output).Tells("rivenfall-run: " + error + "\n…").Ends(status);
+        Run(arguments).Prints(output).Tells("…rivenfall-run: " + error + "\n…").Ends(status);
     }
     // A name of a file may hold any byte, an argument no other than those of a text.
     Bash("exec $RUN $'x\\xE9.tvq'")
-        .Tells("rivenfall-run: The argument x\uFFFD.tvq is no UTF-8 text.\n")
+        .Tells("rivenfall-run: The argument x\uFFFD.tvq is no UTF-8 text.\n…")
         .Ends(2);
 }
 
 TEST_F(RunnerTest, TellsOfItself) {
     Run("--help")
         .Prints("Usage: rivenfall-run [OPTION]... DOCUMENT [NAME=VALUE]...\nCarry…"
-                "-C, --directory <DIR>…-e, --stop-on-error…-i, --ignore-errors…-n, --dry-run…"
-                "-p, --print…\nExit status:\n…")
+                "--on TEXT…-C, --directory DIR…-e, --stop-on-error…\nExit status:\n…")
         .Ends(0);
     Run("--version")
         .Prints("rivenfall-run (OMRA Rivenfall Compiler Controller) " RIVENFALL_VERSION "\n…")
@@ -109,6 +108,43 @@ TEST_F(RunnerTest, ASettingHoldsForTheRunWhateverIsTicked) {
     }
 }
 
+TEST_F(RunnerTest, ChecksHoldForTheRunAlone) {
+    // Options, what the run or the list prints, and the status.
+    const std::tuple<const char*, const char*, int> cases[] = {
+        {"-q", "a1 x\n", 0},
+        {"-q --off x", "a1\n", 0},
+        {"-q --on X2", "a1 x2\n", 0},
+        {"-q --on x2 --on x", "a1 x\n", 0},
+        {"-q --on x --on x2 --off A${V}", "\n", 0},
+        {"-q --on PRINTF", "a1 x\nb", 0},
+        {"-q --only printf", "b", 0},
+        {"-q --only printf --off printf --only Echo", "a1 x\nb", 0},
+        {"-q --off echo", "", 1},
+        {"-q --only x", "", 2},
+        {"-qn --on none", "", 2},
+        {"-l --on printf", "V = 1 | 2\\n | \\\\\nW | 3\n[x] echo\n[x] printf\n", 0},
+        {"-nu --on printf --off x", "(exec echo a1) </dev/null\n(exec printf b) </dev/null\n", 0},
+        {"-u --on c${W}${w}${U}", "", 2}};
+    for (const auto& [options, output, status] : cases) {
+        Run(options)
+            .Of(Sketches("echo(a${V}(x,!x2),!c${W}${w}${U}),!printf(b)"), "V(!2\n,1,!\\),!W(3)")
+            .Prints(output)
+            .Tells(status == 0 ? "" : "…")
+            .Ends(status);
+    }
+    Run("-u --on PRINTF")
+        .Of(Sketches("!printf(${W}${w}${V})"), "V(!1)")
+        .Tells("rivenfall-run: ${W}: no value found\nrivenfall-run: ${w}: no value found\n"
+               "rivenfall-run: ${V}: no value found\n")
+        .Prints("")
+        .Ends(2);
+    Run("--only x")
+        .Of(Sketches("a(b),~,a,\n"), "V(!1)")
+        .Tells("rivenfall-run: The document has no compiler \"x\". There are: a, \\n.\n")
+        .Ends(2);
+    Run("--off x").Of({}).Tells("…There are: none.\n").Ends(2);
+}
+
 TEST_F(RunnerTest, PrintsTheDocumentForPeopleAndComparisons) {
     Run("-p")
         .Of(Sketches("!gcc(-o(!a.out,b),~(${F})),~"), "F(1\n\t\\\x1B,\u202E漢)")
@@ -159,7 +195,7 @@ TEST_F(RunnerTest, APathLeadsWhereTheKernelTakesIt) {
     // The same for a name that isn't UTF-8, and one that begins with a byte order mark.
     Document({{"echo", {"wrong"}}}, "\uFFFD.tvq");
     Document({{"echo", {"marked"}}}, "./\uFEFF.tvq");
-    Bash("exec $RUN $'\\xFF.tvq'").Tells("…is no UTF-8 text.\n").Ends(2);
+    Bash("exec $RUN $'\\xFF.tvq'").Tells("…is no UTF-8 text.\n…").Ends(2);
     Bash("exec $RUN $'\\xEF\\xBB\\xBF.tvq'").Prints("…-\nmarked\n").Ends(0);
 }
 

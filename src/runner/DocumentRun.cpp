@@ -33,6 +33,9 @@ QString FailureOf(int status) {
 }
 
 void WriteFrame(Output& output, const QString& issue, const QString& result, bool behindText) {
+    if (output.IsQuiet()) {
+        return;
+    }
     QString frame = LogFrame(output.IsTerminal() ? VisibleText(issue) : issue, result, behindText);
     output.Write(frame.replace(u"\r\n"_s, u"\n"_s).toUtf8());
 }

@@ -10,12 +10,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QString Escaped(QString value) {
+    return VisibleText(value.replace(u'\\', u"\\\\"_s));
+}
+
+QString MarkOf(const DataNode& node) {
+    return node.Active() ? u"[x]"_s : u"[ ]"_s;
+}
+
 void AddNodes(QString& text, const DataNodes& nodes, qsizetype level) {
     for (const std::shared_ptr<DataNode>& node : nodes) {
-        text += QString(2 * level, u' ') + (node->Active() ? u"[x]"_s : u"[ ]"_s);
+        text += QString(2 * level, u' ') + MarkOf(*node);
         if (!node->Value().isEmpty()) {
-            QString value = node->Value();
-            text += u' ' + VisibleText(value.replace(u'\\', u"\\\\"_s));
+            text += u' ' + Escaped(node->Value());
         }
         text += u'\n';
         if (node->Childs()) {
@@ -31,6 +38,26 @@ QByteArray DocumentText(const DocumentContent& content) {
     AddNodes(text, content.Compilers, 1);
     text += u"Variables\n"_s;
     AddNodes(text, content.Variables, 1);
+    return text.toUtf8();
+}
+
+QByteArray DocumentList(const DocumentContent& content) {
+    QString text;
+    for (const std::shared_ptr<DataNode>& variable : content.Variables) {
+        QString inForce;
+        QString others;
+        for (const std::shared_ptr<DataNode>& value : *variable->Childs()) {
+            if (variable->Active() && value->Active() && inForce.isEmpty()) {
+                inForce = u" = "_s + Escaped(value->Value());
+            } else {
+                others += u" | "_s + Escaped(value->Value());
+            }
+        }
+        text += Escaped(variable->Value()) + inForce + others + u'\n';
+    }
+    for (const std::shared_ptr<DataNode>& compiler : content.Compilers) {
+        text += MarkOf(*compiler) + u' ' + Escaped(compiler->Value()) + u'\n';
+    }
     return text.toUtf8();
 }
 

@@ -12,4 +12,8 @@ struct DocumentContent;
 /// documents that differ in an entry differ in its line.
 QByteArray DocumentText(const DocumentContent& content);
 
+/// What can be chosen in @p content, as text for people: a line a variable with its values, the one
+/// in force behind "=", then the compilers with their check marks. Escaped as above.
+QByteArray DocumentList(const DocumentContent& content);
+
 } // namespace rivenfall

@@ -3,8 +3,8 @@
 #include "files/FilePath.h"
 #include "runner/Output.h"
 
-#include <QCommandLineParser>
-#include <QCoreApplication>
+#include <algorithm>
+#include <getopt.h>
 
 namespace rivenfall {
 
@@ -12,127 +12,128 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QStringView Usage = u"Usage: rivenfall-run [OPTION]... DOCUMENT [NAME=VALUE]...\n";
-
-constexpr QStringView Statuses = u"\n"
-                                 "Exit status:\n"
-                                 "  0  everything was started and ended with status 0\n"
-                                 "  1  there is nothing to run\n"
-                                 "  2  the call is wrong, or the document can't be opened\n"
-                                 "  3  something failed\n"
-                                 "\n"
-                                 "Home page: <https://omra.org/rivenfall>\n";
-
-/// The options of the program, in the order in which --help shows them.
-struct Parser : QCommandLineParser {
-    Parser() {
-        setApplicationDescription(
-            u"Carry out the compilers of DOCUMENT that have a check mark, in order, and print the "
-            "log."_s);
-        addOptions({Directory, StopOnError, IgnoreErrors, DryRun, Print, Help, Version});
-        addPositionalArgument(u"DOCUMENT"_s, u"The document (*.tvq)."_s);
-        addPositionalArgument(
-            u"NAME=VALUE"_s,
-            u"The variable NAME has this value for this run, whatever is ticked."_s);
-    }
-
-    const QCommandLineOption Directory{
-        {u"C"_s, u"directory"_s},
-        u"Change to DIR first. DOCUMENT and every relative path count from there."_s,
-        u"DIR"_s};
-    const QCommandLineOption StopOnError{{u"e"_s, u"stop-on-error"_s},
-                                         u"End behind the first failure."_s};
-    const QCommandLineOption IgnoreErrors{
-        {u"i"_s, u"ignore-errors"_s},
-        u"End with status 0 in spite of failures. They are told all the same."_s};
-    const QCommandLineOption DryRun{
-        {u"n"_s, u"dry-run"_s},
-        u"Start nothing. Print the command lines, quoted for a POSIX shell."_s};
-    const QCommandLineOption Print{{u"p"_s, u"print"_s},
-                                   u"Start nothing. Print the document as text."_s};
-    const QCommandLineOption Help{u"help"_s, u"Print this help and end."_s};
-    const QCommandLineOption Version{u"version"_s, u"Print the program's version and end."_s};
-};
-
-bool IsText(int argc, char** argv) {
-    for (int position = 1; position < argc; ++position) {
-        if (!QByteArrayView(argv[position]).isValidUtf8()) {
-            Tell(u"The argument %1 is no UTF-8 text."_s.arg(QString::fromUtf8(argv[position])));
-            return false;
-        }
-    }
-    return true;
+constexpr option NameOf(const char* name, Option option, int argument = no_argument) {
+    return {name, argument, nullptr, static_cast<int>(option)};
 }
 
-/// The reason why the call is wrong, empty where it isn't.
-QString ReadArguments(Parser& parser, const QStringList& arguments, Options& options) {
-    if (!parser.parse(arguments)) {
-        return parser.errorText();
+constexpr option Names[] = {NameOf("directory", Option::Directory, required_argument),
+                            NameOf("dry-run", Option::DryRun),
+                            NameOf("help", Option::Help),
+                            NameOf("ignore-errors", Option::IgnoreErrors),
+                            NameOf("list", Option::List),
+                            NameOf("off", Option::Off, required_argument),
+                            NameOf("on", Option::On, required_argument),
+                            NameOf("only", Option::Only, required_argument),
+                            NameOf("print", Option::Print),
+                            NameOf("quiet", Option::Quiet),
+                            NameOf("stop-on-error", Option::StopOnError),
+                            NameOf("strict", Option::Strict),
+                            NameOf("version", Option::Version),
+                            {}};
+
+/// Ends the reading of a wrong call, for a @p reason that isn't told yet.
+std::optional<Options> Refuse(const QString& reason = {}) {
+    if (!reason.isEmpty()) {
+        Tell(reason);
     }
-    if (parser.isSet(parser.Help) || parser.isSet(parser.Version)) {
-        options.What = parser.isSet(parser.Help) ? Action::Help : Action::Version;
-        return {};
-    }
-    options.StopOnError = parser.isSet(parser.StopOnError);
-    options.IgnoreErrors = parser.isSet(parser.IgnoreErrors);
-    if (options.StopOnError && options.IgnoreErrors) {
-        return u"The options -e and -i exclude each other."_s;
-    }
-    if (parser.isSet(parser.DryRun) && parser.isSet(parser.Print)) {
-        return u"The options -n and -p exclude each other."_s;
-    }
-    if (parser.isSet(parser.DryRun)) {
-        options.What = Action::DryRun;
-    }
-    if (parser.isSet(parser.Print)) {
-        options.What = Action::Print;
-    }
-    options.Directories = parser.values(parser.Directory);
-    QStringList names = parser.positionalArguments();
-    if (names.isEmpty() || names.first().isEmpty()) {
-        return u"The name of a document is missing."_s;
-    }
-    options.Document = names.takeFirst();
-    for (const QString& setting : names) {
-        const qsizetype sign = setting.indexOf(u'=');
-        if (sign < 0) {
-            return u"The argument %1 isn't of the form NAME=VALUE."_s.arg(setting);
-        }
-        options.Settings.emplace_back(setting.first(sign), setting.sliced(sign + 1));
-    }
-    if (options.What == Action::Print && !options.Settings.empty()) {
-        return u"The option -p shows the document as it is and takes no NAME=VALUE."_s;
-    }
+    Tell(u"'rivenfall-run --help' tells more."_s);
     return {};
 }
 
 } // namespace
 
+const char HelpText[] =
+    R"(Usage: rivenfall-run [OPTION]... DOCUMENT [NAME=VALUE]...
+Carry out the compilers of DOCUMENT that have a check mark, in order, and print
+the log.
+
+For this run alone:
+  NAME=VALUE             The variable NAME has this value, whatever is ticked.
+      --on TEXT          Tick the compilers, parameters and values of this text.
+      --off TEXT         Take their check marks away.
+      --only TEXT        Of the compilers, run those of this text alone, ticked
+                         or not. May be given several times.
+
+Options:
+  -C, --directory DIR    Change to DIR first. DOCUMENT and every relative path
+                         count from there.
+  -e, --stop-on-error    End behind the first failure.
+  -i, --ignore-errors    End with status 0 in spite of failures. They are told
+                         all the same.
+  -q, --quiet            Print no frames, only what the programs print.
+  -u, --strict           Start nothing if a reference finds no value.
+  -n, --dry-run          Start nothing. Print the command lines, quoted for a
+                         POSIX shell.
+  -l, --list             Start nothing. List the variables and the compilers.
+  -p, --print            Start nothing. Print the document as text.
+  -h, --help             Print this help and end.
+      --version          Print the program's version and end.
+
+Exit status:
+  0  everything was started and ended with status 0
+  1  there is nothing to run
+  2  the call is wrong, or the document can't be opened
+  3  something failed
+
+Home page: <https://omra.org/rivenfall>
+)";
+
 std::optional<Options> ReadOptions(int argc, char** argv) {
-    if (!IsText(argc, argv)) {
-        return {};
+    const auto wrong = std::find_if_not(argv, argv + argc, [](const char* argument) {
+        return QByteArrayView(argument).isValidUtf8();
+    });
+    if (wrong != argv + argc) {
+        return Refuse(u"The argument %1 is no UTF-8 text."_s.arg(QString::fromUtf8(*wrong)));
     }
-    QStringList arguments;
-    for (int position = 0; position < argc; ++position) {
-        arguments += PathText(argv[position]);
-    }
-    Parser parser;
     Options options;
-    const QString failure = ReadArguments(parser, arguments, options);
-    if (!failure.isEmpty()) {
-        Tell(failure);
-        Tell(u"'rivenfall-run --help' tells more."_s);
-        return {};
+    for (int letter; (letter = getopt_long(argc, argv, "C:ehilnpqu", Names, nullptr)) != -1;) {
+        const QString value = PathText(optarg);
+        const auto option = static_cast<Option>(letter);
+        options.Given.insert(option);
+        switch (option) {
+        case Option::Directory:
+            options.Directories += value;
+            break;
+        case Option::On:
+        case Option::Off:
+            options.Switches.emplace_back(value, option == Option::On);
+            break;
+        case Option::Only:
+            options.Only += value;
+            break;
+        case Option::Help:
+        case Option::Version:
+            return options;
+        case Option::Wrong:
+            return Refuse();
+        default:
+            break;
+        }
+    }
+    if (options.Has(Option::StopOnError) && options.Has(Option::IgnoreErrors)) {
+        return Refuse(u"The options -e and -i exclude each other."_s);
+    }
+    if (options.Has(Option::List) + options.Has(Option::DryRun) + options.Has(Option::Print) > 1) {
+        return Refuse(u"The options -l, -n and -p exclude each other."_s);
+    }
+    if (optind == argc || *argv[optind] == '\0') {
+        return Refuse(u"The name of a document is missing."_s);
+    }
+    options.Document = PathText(argv[optind++]);
+    for (; optind < argc; ++optind) {
+        const QString setting = PathText(argv[optind]);
+        const qsizetype sign = setting.indexOf(u'=');
+        if (sign < 0) {
+            return Refuse(u"The argument %1 isn't of the form NAME=VALUE."_s.arg(setting));
+        }
+        options.Settings.emplace_back(setting.first(sign), setting.sliced(sign + 1));
+    }
+    const bool changes =
+        !options.Settings.empty() || !options.Switches.empty() || !options.Only.isEmpty();
+    if (options.Has(Option::Print) && changes) {
+        return Refuse(u"The option -p shows the document as it is, without changes."_s);
     }
     return options;
-}
-
-QString HelpText(int argc, char** argv) {
-    // Qt's text asks it for the program's name.
-    const QCoreApplication application(argc, argv);
-    const QString text = Parser().helpText();
-    // Qt writes the call in a form of its own.
-    return Usage.toString() + text.sliced(text.indexOf(u'\n') + 1) + Statuses.toString();
 }
 
 } // namespace rivenfall

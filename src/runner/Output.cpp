@@ -25,7 +25,7 @@ bool TakesBytes(int milliseconds) {
 
 } // namespace
 
-Output::Output() : pblnTerminal(isatty(STDOUT_FILENO) == 1) {}
+Output::Output(bool quiet) : pblnQuiet(quiet), pblnTerminal(isatty(STDOUT_FILENO) == 1) {}
 
 void Output::Write(QByteArrayView bytes) {
     while (!bytes.isEmpty() && !pblnFailed) {

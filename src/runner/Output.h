@@ -9,7 +9,10 @@ namespace rivenfall {
 /// nowhere, and the run goes on.
 class Output {
 public:
-    Output();
+    /// @p quiet leaves the frames out.
+    explicit Output(bool quiet);
+
+    bool IsQuiet() const { return pblnQuiet; }
 
     /// Somebody sits before it: what comes out of a document may not steer the terminal.
     bool IsTerminal() const { return pblnTerminal; }
@@ -24,6 +27,7 @@ public:
 private:
     void WriteSome(QByteArrayView& bytes);
 
+    bool pblnQuiet;
     bool pblnTerminal;
     bool pblnFailed = false;
 };

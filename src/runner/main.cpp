@@ -2,12 +2,12 @@
 #include "files/FilePath.h"
 #include "run/CommandAssembly.h"
 #include "run/LogFrame.h"
+#include "runner/Choices.h"
 #include "runner/DocumentRun.h"
 #include "runner/DocumentText.h"
 #include "runner/DryRun.h"
 #include "runner/Options.h"
 #include "runner/Output.h"
-#include "runner/Settings.h"
 #include "system/CurrentDirectory.h"
 #include "system/OpenStreams.h"
 
@@ -45,20 +45,28 @@ QString OpenDocument(const Options& options, DocumentContent& content) {
     if (!content.HasVariables) {
         MakeDefaultVariable(content.Variables);
     }
-    return ApplySettings(options.Settings, content.Variables);
+    return {};
 }
 
 Status CarryOutCommands(const std::vector<StringList>& commands, const Options& options,
                         Output& output) {
-    const BehindFailure behind = options.StopOnError ? BehindFailure::Stop : BehindFailure::GoOn;
-    return CarryOut(commands, behind, output) || options.IgnoreErrors ? Status::Success
-                                                                      : Status::Failure;
+    const BehindFailure behind =
+        options.Has(Option::StopOnError) ? BehindFailure::Stop : BehindFailure::GoOn;
+    return CarryOut(commands, behind, output) || options.Has(Option::IgnoreErrors)
+               ? Status::Success
+               : Status::Failure;
 }
 
 /// Writes @p text, which is all that was asked for.
 Status Print(const QByteArray& text, Output& output) {
     output.Write(text);
     return output.Failed() ? Status::Failure : Status::Success;
+}
+
+void TellUnresolved(const QStringList& names) {
+    for (const QString& name : names) {
+        Tell(u"${%1}: no value found"_s.arg(name));
+    }
 }
 
 Status UseDocument(const Options& options, Output& output) {
@@ -68,24 +76,32 @@ Status UseDocument(const Options& options, Output& output) {
         Tell(failure);
         return Status::WrongCall;
     }
-    if (options.What == Action::Print) {
+    if (!ApplyChoices(options, content)) {
+        return Status::WrongCall;
+    }
+    if (options.Has(Option::Print)) {
         return Print(DocumentText(content), output);
+    }
+    if (options.Has(Option::List)) {
+        return Print(DocumentList(content), output);
     }
     QStringList unresolved;
     const std::vector<StringList> commands =
         AssembleCommands(content.Compilers, content.Variables, &unresolved);
+    if (options.Has(Option::Strict) && !unresolved.isEmpty()) {
+        TellUnresolved(unresolved);
+        return Status::WrongCall;
+    }
     if (commands.empty()) {
-        if (options.What == Action::Run) {
+        if (!options.Has(Option::DryRun)) {
             ReportNothingToRun(output);
         }
         Tell(NothingToRunIssue.toString() + u' ' + NothingToRunResult.toString());
         return Status::NothingToRun;
     }
-    if (options.What == Action::DryRun) {
+    if (options.Has(Option::DryRun)) {
         PrintCommands(commands, output);
-        for (const QString& name : unresolved) {
-            Tell(u"${%1}: no value found"_s.arg(name));
-        }
+        TellUnresolved(unresolved);
         return output.Failed() ? Status::Failure : Status::Success;
     }
     return CarryOutCommands(commands, options, output);
@@ -96,15 +112,14 @@ Status Main(int argc, char** argv) {
     if (!options) {
         return Status::WrongCall;
     }
-    Output output;
-    switch (options->What) {
-    case Action::Help:
-        return Print(HelpText(argc, argv).toUtf8(), output);
-    case Action::Version:
-        return Print(VersionText, output);
-    default:
-        return UseDocument(*options, output);
+    Output output(options->Has(Option::Quiet));
+    if (options->Has(Option::Help)) {
+        return Print(HelpText, output);
     }
+    if (options->Has(Option::Version)) {
+        return Print(VersionText, output);
+    }
+    return UseDocument(*options, output);
 }
 
 } // namespace
