@@ -51,9 +51,8 @@ void StartChild(benchmark::State& state) {
     const auto start = [&] {
         StandardStreams streams;
         Handle process = 0;
-        bool started = CreatePipe(streams.Input, input) && CreatePipe(output, streams.Output);
-        streams.Error = streams.Output;
-        started = started && CreateProcess(u"true"_s, streams, process);
+        const bool started =
+            CreatePipes(streams, input, output) && CreateProcess(u"true"_s, streams, process);
         CloseHandle(streams.Input);
         CloseHandle(streams.Output);
         return started;

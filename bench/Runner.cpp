@@ -103,9 +103,7 @@ qint64 ReadAll(const QString& commandLine) {
     Handle output = 0;
     Handle process = 0;
     StandardStreams streams;
-    streams.Error = STDERR_FILENO;
-    if (!CreatePipe(streams.Input, input) || !CreatePipe(output, streams.Output) ||
-        !CreateProcess(commandLine, streams, process)) {
+    if (!CreatePipes(streams, input, output) || !CreateProcess(commandLine, streams, process)) {
         return -1;
     }
     CloseHandle(streams.Input);

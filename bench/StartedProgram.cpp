@@ -17,9 +17,11 @@ StartedProgram::StartedProgram(const QString& program, const QStringList& argume
         qputenv("QT_QPA_GENERIC_PLUGINS", "first_paint") &&
         (qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qputenv("QT_QPA_PLATFORM", "offscreen"));
     StandardStreams streams;
+    if (!prepared || !CreatePipes(streams, Input, Output)) {
+        return;
+    }
     streams.Error = STDERR_FILENO;
-    if (prepared && CreatePipe(streams.Input, Input) && CreatePipe(Output, streams.Output) &&
-        CreateProcess(JoinCommandLine(QStringList(program) + arguments), streams, Process)) {
+    if (CreateProcess(JoinCommandLine(QStringList(program) + arguments), streams, Process)) {
         CloseHandle(streams.Input);
         CloseHandle(streams.Output);
         char byte = 0;

@@ -1,54 +1,36 @@
 #include "RunnerHarness.h"
 
 #include <csignal>
-#include <fcntl.h>
-#include <sys/file.h>
 
 using namespace rivenfall;
 
 namespace {
 
-class RunnerSignalTest : public RunnerTest {
-protected:
-    /// A command that tells of its start in a file `started`, that waits with a grandchild which
-    /// ignores INT, and whose processes hold a lock together.
-    Sketch Waiting() {
-        return Shell(u"exec 9>lock; flock 9; sleep 987 & echo $$ >started; wait"_s);
-    }
+using RunnerSignalTest = RunnerTest;
 
-    /// Nobody who was started by Waiting is left.
-    bool AllEnded() {
-        const int lock = open(Path("lock").toUtf8().constData(), O_RDWR);
-        int error = -1;
-        for (int wait = 0; wait < 500 && error != 0; ++wait) {
-            error = flock(lock, LOCK_EX | LOCK_NB);
-            usleep(error == 0 ? 0 : 10'000);
-        }
-        close(lock);
-        return error == 0;
-    }
-};
-
-TEST_F(RunnerSignalTest, ReachTheChildAndEndTheProgram) {
-    const std::vector<Sketch> document = {Waiting(), Shell(u": >next"_s)};
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        Run().Of(document).Gets(signal).Ends(128 + signal);
-        EXPECT_TRUE(AllEnded()) << signal;
-        EXPECT_FALSE(Exists("next"));
-    }
-    Bash("timeout 0.5 $RUN doc.tvq")
-        .Prints(FrameOf(Waiting().Below[1].Value.prepend(u"sh -c \"").append(u'"')))
-        .Ends(124);
-    EXPECT_TRUE(AllEnded());
+/// A command that tells of its start in a file `started`, counts for half a second how often it
+/// hears a signal, and ends as if it had mastered that.
+Sketch Hearing() {
+    return Shell(u"trap 'heard=x$heard' INT QUIT HUP TERM; echo >started; "
+                 "for i in 1 2 3 4 5; do sleep 0.1; done; echo heard $heard"_s);
 }
 
-TEST_F(RunnerSignalTest, TheChildMayTidyUpFirst) {
-    Run()
-        .Of({Shell(u"trap 'echo tidied; sleep 0.2; echo up; exit' TERM; "
-                   "echo >started; while :; do sleep 0.01; done"_s)})
-        .Gets(SIGTERM)
-        .Prints("…tidied\nup\n")
-        .Ends(128 + SIGTERM);
+/// Works a call with @p options at a terminal: the keys are typed as soon as there is a file
+/// `started`.
+std::string AtTerminal(const char* keys, const std::string& options = "doc.tvq") {
+    return std::string("(until [ -e started ]; do sleep 0.01; done; sleep 0.2; printf '") + keys +
+           "'; sleep 1) | script -qec '$RUN " + options + "' /dev/null";
+}
+
+TEST_F(RunnerSignalTest, TheChildHearsOnceAndEndsFirst) {
+    const std::vector<Sketch> document = {Hearing(), {"echo", {"next"}}};
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        Run("-i").Of(document).Gets(signal).Prints("…-\nheard x\n").Ends(128 + signal);
+    }
+    Bash(AtTerminal("\\003", "-i doc.tvq")).Prints("…-\r\n^Cheard x\r\n").Ends(128 + SIGINT);
+    // One that ends by it, and one that has done so itself.
+    Run().Of({Shell(u"echo >started; exec sleep 9"_s), "true"}).Gets(SIGTERM).Ends(128 + SIGTERM);
+    Run().Of({Shell(u"kill -INT $$"_s), "true"}).Tells("…ended by SIGINT\n…").Ends(3);
 }
 
 TEST_F(RunnerSignalTest, WhatWasIgnoredStaysIgnored) {
@@ -61,18 +43,12 @@ TEST_F(RunnerSignalTest, WhatWasIgnoredStaysIgnored) {
     Bash("env --ignore-signal=CHLD --block-signal=CHLD $RUN doc.tvq").Tells("…").Ends(3);
 }
 
-TEST_F(RunnerSignalTest, AClosedPipeEndsItAndItsChild) {
-    Document({Shell(u"exec 9>lock; flock 9; sleep 987 & trap '' PIPE; yes; wait"_s),
-              Shell(u": >next"_s)});
-    Bash("$RUN doc.tvq | head -c 200 >/dev/null; exit ${PIPESTATUS[0]}").Ends(141);
-    EXPECT_TRUE(AllEnded());
+TEST_F(RunnerSignalTest, AClosedPipeEndsItBehindItsChild) {
+    Document({"yes", Shell(u": >next"_s)});
+    Bash("$RUN doc.tvq | head -c 200 >/dev/null; exit ${PIPESTATUS[0]}")
+        .Tells("rivenfall-run: [1/2] yes: ended by SIGPIPE\n")
+        .Ends(128 + SIGPIPE);
     EXPECT_FALSE(Exists("next"));
-}
-
-TEST_F(RunnerSignalTest, AReaderThatSleepsDoesNotKeepIt) {
-    Document({Shell(u"exec 9>lock; flock 9; echo >started; yes"_s)});
-    Bash("mkfifo pipe; exec 3<>pipe $RUN doc.tvq >pipe").Gets(SIGTERM).Ends(128 + SIGTERM);
-    EXPECT_TRUE(AllEnded());
 }
 
 TEST_F(RunnerSignalTest, StopsAndGoesOnWithItsChild) {
@@ -80,42 +56,49 @@ TEST_F(RunnerSignalTest, StopsAndGoesOnWithItsChild) {
     Bash("set -m; $RUN doc.tvq >log & run=$!\n"
          "until [ -s started ]; do sleep 0.01; done\n"
          "state() { cut -d ' ' -f 3 /proc/$1/stat; }\n"
-         "kill -TSTP $run; until [ $(state $run)$(state $(cat started)) = TT ]; do "
+         "kill -TSTP -- -$run; until [[ $(state $run)$(state $(cat started)) = T[TD] ]]; do "
          "sleep 0.01; done; : >go; fg >/dev/null; echo $?; tail -n 1 log")
         .Prints("0\nwent\n")
         .Tells("…")
         .Ends(0);
 }
 
-/// Works the program at a terminal: the keys are typed as soon as there is a file `started`.
-std::string AtTerminal(const char* keys) {
-    return std::string("(until [ -e started ]; do sleep 0.01; done; sleep 0.2; printf '") + keys +
-           "'; sleep 0.5) | script -qec '$RUN doc.tvq' /dev/null";
-}
-
-TEST_F(RunnerSignalTest, ATerminalWorksItAndItsChild) {
-    Document({Waiting(), Shell(u": >next"_s)});
-    Bash(AtTerminal("\\003")).Ends(130);
-    EXPECT_TRUE(AllEnded());
-    EXPECT_FALSE(Exists("next"));
-    // A child that asks at the terminal itself gets the answer, and so does the next one.
-    const Sketch asking = Shell(u"echo >started; read word </dev/tty; echo got $word"_s);
+TEST_F(RunnerSignalTest, AChildHasWhatTheProgramHas) {
+    Document({Shell(u"ps -o pgid= $$ $PPID | uniq | wc -l; head -n 1; echo seven >&7"_s),
+              {"cat", {"${FILE}"}},
+              Shell(u"sleep 9 & echo left >&2"_s)},
+             "doc.tvq", "FILE(~)");
+    Bash("echo input | timeout 5 $RUN doc.tvq FILE=<(echo from a pipe) 7>out")
+        .Prints("…-\n1\ninput\n\n…-\nfrom a pipe\n\n…-\nleft\n")
+        .Ends(0);
+    EXPECT_EQ(TextOf("out"), "seven\n");
+    // At a terminal both streams are the terminal, and the child is asked there.
+    const Sketch asking = Shell(u"echo >started; read word; test -t 1 -a -t 2 && echo got $word"_s);
     Document({asking, asking});
     Bash(AtTerminal("one\\ntwo\\n")).Prints("…got one\r\n…got two\r\n").Ends(0);
 }
 
 TEST_F(RunnerSignalTest, ADocumentDoesNotSteerTheTerminal) {
-    Document({Shell(u"echo >started; printf '\\033[1m'"_s, {u"\x1B]0;t\a\n\u202E\u0085"_s}),
+    const QString text = u"\x1B]0;t\a\n\u202E\u0085\u2066\u2067\u2068\u2069'\\n"_s;
+    Document({Shell(u"echo >started; printf '\\033[1m'; printf %s \"$0\" >out"_s, {text}),
               {"no\x1B[2J"}});
-    const std::string atTerminal = Bash(AtTerminal(""))
-                                       .Prints("…"
-                                               R"("\x1b]0;t\a\n\u202e\x85")"
-                                               "…-\r\n\x1B[1m…"
-                                               R"(rivenfall-run: no\x1b[2J: can't…)")
-                                       .Ends(3);
-    EXPECT_EQ(atTerminal.find("\x1B]"), std::string::npos);
-    EXPECT_EQ(atTerminal.find("\x1B[2J"), std::string::npos);
-    Run("doc.tvq").Prints("…\"\x1B]0;t\a\n\u202E\u0085\"…").Tells("…").Ends(3);
+    const std::string shown = Bash(AtTerminal("")).Ends(3);
+    EXPECT_NE(shown.find(R"( "\x1b]0;t\a\n\u202e\x85\u2066\u2067\u2068\u2069'\n")"),
+              std::string::npos)
+        << shown;
+    EXPECT_NE(shown.find("-\r\n\x1B[1m"), std::string::npos);
+    EXPECT_NE(shown.find(R"(rivenfall-run: [2/2] no\x1b[2J: can't)"), std::string::npos);
+    // What a dry run shows is the same command when it is copied to a shell.
+    QFile::remove(Path("out"));
+    const std::string dry =
+        Bash("script -qec '$RUN -n doc.tvq' /dev/null </dev/null | tee /dev/stderr | "
+             "tr -d '\\r' | head -n 1 | bash >log")
+            .Tells("…")
+            .Ends(0);
+    EXPECT_EQ(TextOf("out"), text.toStdString());
+    for (const char* steering : {"\x1B]", "\x1B[2J", "\u202E", "\u2066", "\u2069"}) {
+        EXPECT_EQ((shown + dry).find(steering), std::string::npos);
+    }
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include "system/CommandLine.h"
 #include "system/Process.h"
-#include "system/ProgramSearch.h"
 #include "system/PropertyBag.h"
 
 #include <QDir>
@@ -39,12 +38,9 @@ TEST(CommandLineTest, QuotesOnlyWhatNeedsIt) {
 
 /// Starts @p items with a silent standard input and gives what they print until their output ends.
 QByteArray OutputOf(const QStringList& items) {
-    Handle inputRead = 0, inputWrite = 0, outputRead = 0, process = 0;
+    Handle inputWrite = 0, outputRead = 0, process = 0;
     StandardStreams streams;
-    EXPECT_TRUE(CreatePipe(inputRead, inputWrite) && CreatePipe(outputRead, streams.Output));
-    streams.Input = DuplicateHandle(inputRead);
-    CloseHandle(inputRead);
-    streams.Error = streams.Output;
+    EXPECT_TRUE(CreatePipes(streams, inputWrite, outputRead));
     EXPECT_TRUE(CreateProcess(JoinCommandLine(items), streams, process)) << LastError();
     CloseHandle(streams.Input);
     CloseHandle(streams.Output);
@@ -105,24 +101,6 @@ TEST(ProcessTest, TellsWhyNothingWasStarted) {
         EXPECT_EQ(LastError(), error) << commandLine.toStdString();
     }
     EXPECT_EQ(OpenDescriptors(), before);
-}
-
-TEST(ProcessTest, LooksForAProgramAsAStartDoes) {
-    QTemporaryDir folder;
-    const QDir place(folder.path());
-    const QByteArray former = qgetenv("PATH");
-    place.mkpath(u"held/tool"_s);
-    place.mkpath(u"open"_s);
-    QFile::link(u"/bin/true"_s, place.filePath(u"open/tool"_s));
-    for (const char* path : {"%/held", "%/held:%/open", "%/open/tool:%/held", "/none:", "/none"}) {
-        qputenv("PATH", QByteArray(path).replace('%', folder.path().toUtf8()));
-        for (const char* name : {"tool", "true", "", "/bin", "/bin/true", "/bin/true/x"}) {
-            Handle process = 0;
-            const bool started = CreateProcess(QString::fromUtf8(name), {0, 1, 2}, process);
-            EXPECT_EQ(FindProgram(name), started ? 0 : LastError()) << path << ' ' << name;
-        }
-    }
-    qputenv("PATH", former);
 }
 
 TEST(ProcessTest, FiveHundredChildrenLeaveNothingBehind) {

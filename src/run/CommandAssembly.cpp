@@ -10,64 +10,54 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// In characters. The kernel takes at most 6 MiB of arguments and environment, whatever the limit
-/// on the stack is (execve(2)).
+/// The characters behind which a command takes no further items. It can't be started then: the
+/// kernel takes 6 MiB of arguments at most (execve(2)), and a path is shorter still. Without the
+/// limit a small document could ask for any amount, by many references to one long value.
 constexpr qint64 MostOfACommand = 1 << 23;
 
-/// Puts the items of one command line together. What is behind an amount that makes the start fail
-/// is left out: many items may share one long text, but the command line would hold them all.
-class CommandWriter {
-public:
-    explicit CommandWriter(VariableExpander& expander) : Expander(expander) {
-        Items.SetSeparator(u" "_s);
-        Items.SetQuoteBegin(u"\""_s);
-        Items.SetQuoteEnd(u"\""_s);
-    }
-
-    void Add(const DataNode& node) {
-        if (Length <= MostOfACommand) {
-            const QString item = Expander.Expand(node.Value());
-            Length += item.size();
-            Items.Add(item, true);
+Command CommandOf(const DataNode& compiler, VariableExpander& expander) {
+    Command command;
+    const QString first = expander.Expand(compiler.Value());
+    const bool changesDirectory = first.toLower() == u"cd";
+    qint64 length = 0;
+    const auto add = [&](const QString& item) {
+        length += item.size();
+        if (!changesDirectory || !item.isEmpty()) {
+            command.Items.Add(item, true);
         }
-    }
-
-    void AddUnlessEmpty(const DataNode& node) {
-        if (!node.Value().isEmpty()) {
-            Add(node);
+    };
+    const auto addNode = [&](const DataNode& node) {
+        if (!node.Value().isEmpty() && length <= MostOfACommand) {
+            add(expander.Expand(node.Value()));
         }
+    };
+    if (!changesDirectory) {
+        add(first);
     }
-
-    StringList Items;
-
-private:
-    VariableExpander& Expander;
-    qint64 Length = 0;
-};
-
-StringList CommandOf(const DataNode& compiler, VariableExpander& expander) {
-    CommandWriter command(expander);
-    command.Add(compiler);
     for (const std::shared_ptr<DataNode>& parameter : *compiler.Childs()) {
         if (!parameter->Active()) {
             continue;
         }
-        command.AddUnlessEmpty(*parameter);
+        addNode(*parameter);
         for (const std::shared_ptr<DataNode>& value : *parameter->Childs()) {
             if (value->Active()) {
-                command.AddUnlessEmpty(*value);
+                addNode(*value);
             }
         }
     }
-    return command.Items;
+    if (changesDirectory) {
+        command.Directory =
+            command.Items.Count() == 1 ? command.Items.Item(1) : command.Items.Text();
+    }
+    return command;
 }
 
 } // namespace
 
-std::vector<StringList> AssembleCommands(const DataNodes& compilers, const DataNodes& variables,
-                                         QStringList* unresolved) {
+std::vector<Command> AssembleCommands(const DataNodes& compilers, const DataNodes& variables,
+                                      QStringList* unresolved) {
     VariableExpander expander(variables, unresolved);
-    std::vector<StringList> commandList;
+    std::vector<Command> commandList;
     for (const std::shared_ptr<DataNode>& compiler : compilers) {
         if (compiler->Active()) {
             commandList.push_back(CommandOf(*compiler, expander));
@@ -76,13 +66,8 @@ std::vector<StringList> AssembleCommands(const DataNodes& compilers, const DataN
     return commandList;
 }
 
-bool IsDirectoryChange(const StringList& items) {
-    return items.Item(1).toLower() == u"cd";
-}
-
-QString PathOfDirectoryChange(StringList items) {
-    items.Remove(1);
-    return items.Text();
+QString Command::Text() const {
+    return (Directory ? u"cd "_s : QString()) + Items.Text();
 }
 
 } // namespace rivenfall

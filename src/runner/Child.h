@@ -1,6 +1,5 @@
 #pragma once
 
-#include "runner/Terminal.h"
 #include "system/Process.h"
 
 #include <QString>
@@ -9,9 +8,11 @@
 
 namespace rivenfall {
 
-class Output;
-
-/// One command of a run, from the start of its program to the end of its output.
+/// One command of a run, started and waited for as make does it: in this program's process group,
+/// with its standard input, and writing straight to its standard output.
+///
+/// While the object lives INT, QUIT, HUP and TERM don't end this program at once. They wait for the
+/// child's end, so that nobody who waits for this program goes on while the child is at work.
 class Child {
 public:
     Child();
@@ -20,31 +21,23 @@ public:
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    /// Starts the program of @p commandLine in a process group of its own, with an open and silent
-    /// standard input. Starts nothing, with the error EINTR, when the program has been told to end.
-    /// Gives 0, or the error number.
+    /// Starts the program of @p commandLine. Gives 0, or the error number.
     int Start(const QString& commandLine);
 
-    /// Copies what the child writes to @p output until the last holder of the other end has closed
-    /// it and the child has ended. When the program has been told to end, the child's end is
-    /// enough, and what it leaves in its group is ended too. Gives the status as waitpid has it.
-    int Follow(Output& output);
+    /// Waits for the end of the program that was started, and hands on to it what was sent to this
+    /// program alone. Gives the status as waitpid has it, or, where one of the signals has come,
+    /// ends this program by it.
+    int Wait();
 
 private:
-    void CloseChildEnds();
-    void CopyOutput(Output& output);
-    void LookAtProcess();
-    void OnStop(int signal);
-    void TakeTerminalBack(const siginfo_t& end);
-    int Reap();
-
-    StandardStreams pobjStreams;
-    Handle phndInputWrite = 0;
-    Handle phndOutput = 0;
+    sigset_t Awaited;
+    sigset_t Former;
     Handle phndProcess = 0;
-    bool pblnOutputOpen = false;
-    bool pblnRunning = false;
-    Terminal pobjTerminal;
 };
+
+/// Looks whether the program @p name could be started from the current directory, and starts
+/// nothing. Gives 0, or the error number that a start would most likely fail with: ENOENT for no
+/// such program, EACCES for one that may not be executed, ENOEXEC for a script without "#!".
+int LookForProgram(const QString& name);
 
 } // namespace rivenfall

@@ -1,14 +1,11 @@
 #include "runner/DocumentRun.h"
 
-#include "run/CommandAssembly.h"
 #include "run/LogFrame.h"
 #include "runner/Child.h"
 #include "runner/Output.h"
-#include "runner/Signals.h"
 #include "runner/VisibleText.h"
 #include "system/CurrentDirectory.h"
 
-#include <cerrno>
 #include <cstring>
 #include <sys/wait.h>
 
@@ -17,6 +14,12 @@ namespace rivenfall {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// The characters of a command line that the message of a failure has room for.
+constexpr qsizetype ShownLength = 80;
+
+/// In characters, which are three bytes each at most. The kernel takes 128 KiB in any case.
+constexpr qsizetype CertainLength = 40'000;
 
 QString NameOfSignal(int signal) {
     const char* name = sigabbrev_np(signal);
@@ -32,6 +35,14 @@ QString FailureOf(int status) {
     return number == 0 ? QString() : u"exit status %1"_s.arg(number);
 }
 
+QString Shortened(const QString& line) {
+    if (line.size() <= ShownLength) {
+        return line;
+    }
+    const qsizetype length = ShownLength - (line[ShownLength - 1].isHighSurrogate() ? 1 : 0);
+    return line.first(length) + u" …"_s;
+}
+
 void WriteFrame(Output& output, const QString& issue, const QString& result, bool behindText) {
     if (output.IsQuiet()) {
         return;
@@ -43,88 +54,85 @@ void WriteFrame(Output& output, const QString& issue, const QString& result, boo
 /// One run of a list of commands.
 class DocumentRun {
 public:
-    explicit DocumentRun(Output& output) : pobjOutput(output) {}
+    DocumentRun(const std::vector<Command>& commands, Output& output)
+        : pobjCommands(commands), pobjOutput(output) {}
 
-    void CarryOutNext(const StringList& items) {
-        if (IsDirectoryChange(items)) {
-            CarryOutDirectoryChange(PathOfDirectoryChange(items));
-        } else {
-            CarryOutCommand(items.Text());
+    void CarryOutAll(BehindFailure behind) {
+        for (const Command& command : pobjCommands) {
+            const QString failure =
+                command.Directory ? CarryOutDirectoryChange(command) : CarryOutProgram(command);
+            ++plngCarriedOut;
+            if (!failure.isEmpty()) {
+                TellFailure(command, failure);
+            }
+            if (behind == BehindFailure::Stop && (plngFailed > 0 || pobjOutput.Failed())) {
+                break;
+            }
         }
-        ++plngCarriedOut;
+        if (plngFailed > 0) {
+            TellFailures();
+        }
     }
 
-    bool Failed() const { return plngFailed > 0 || pobjOutput.Failed(); }
+    bool Failed() const { return plngFailed > 0; }
 
-    void TellFailuresOf(qsizetype commandCount) const {
-        if (plngFailed == 0) {
-            return;
+private:
+    /// Gives what went wrong; empty for success.
+    QString CarryOutProgram(const Command& command) {
+        const QString line = command.Text();
+        // The program writes on its own account, so the frame has to be there before. Where the
+        // start is likely to fail, only the start can tell.
+        const bool likely =
+            line.size() <= CertainLength && LookForProgram(command.Items.Item(1)) == 0;
+        if (likely) {
+            AddFrame(line, ResultOfStart(true, 0));
         }
-        QString summary = u"%1 of %2 command lines failed"_s.arg(plngFailed).arg(commandCount);
-        if (plngCarriedOut < commandCount) {
-            summary += u", %1 not carried out"_s.arg(commandCount - plngCarriedOut);
+        Child child;
+        const int error = child.Start(line);
+        if (error != 0 || !likely) {
+            AddFrame(line, ResultOfStart(error == 0, error));
+        }
+        return error == 0 ? FailureOf(child.Wait()) : u"can't be started: "_s + ReasonOf(error);
+    }
+
+    QString CarryOutDirectoryChange(const Command& command) {
+        const DirectoryChange change = ChangeDirectory(*command.Directory);
+        AddFrame(command.Text(), ResultOfChange(change));
+        return change.Description;
+    }
+
+    void AddFrame(const QString& issue, const QString& result) {
+        WriteFrame(pobjOutput, issue, result, pblnBehindText);
+        pblnBehindText = true;
+    }
+
+    void TellFailure(const Command& command, const QString& reason) {
+        Tell(u"[%1/%2] "_s.arg(plngCarriedOut).arg(pobjCommands.size()) +
+             Shortened(command.Text().trimmed()) + u": "_s + reason);
+        ++plngFailed;
+    }
+
+    void TellFailures() const {
+        const auto count = static_cast<qsizetype>(pobjCommands.size());
+        QString summary = u"%1 of %2 command lines failed"_s.arg(plngFailed).arg(count);
+        if (plngCarriedOut < count) {
+            summary += u", %1 not carried out"_s.arg(count - plngCarriedOut);
         }
         Tell(summary);
     }
 
-private:
-    void CarryOutCommand(const QString& commandLine) {
-        Child child;
-        const int error = child.Start(commandLine);
-        if (Interruption() != 0 && error != 0) {
-            return;
-        }
-        WriteFrame(pobjOutput, commandLine, ResultOfStart(error == 0, error), plngCarriedOut > 0);
-        if (error != 0) {
-            TellFailure(commandLine, u"can't be started: "_s + ReasonOf(error));
-            return;
-        }
-        const QString failure = FailureOf(child.Follow(pobjOutput));
-        if (!failure.isEmpty() && Interruption() == 0) {
-            TellFailure(commandLine, failure);
-        }
-    }
-
-    void CarryOutDirectoryChange(const QString& path) {
-        const QString line = u"cd "_s + path;
-        const DirectoryChange change = ChangeDirectory(path);
-        WriteFrame(pobjOutput, line, ResultOfChange(change), plngCarriedOut > 0);
-        if (change.Number != 0) {
-            TellFailure(line, change.Description);
-        }
-    }
-
-    void TellFailure(const QString& line, const QString& reason) {
-        Tell(line + u": "_s + reason);
-        ++plngFailed;
-    }
-
+    const std::vector<Command>& pobjCommands;
     Output& pobjOutput;
+    bool pblnBehindText = false;
     int plngCarriedOut = 0;
     int plngFailed = 0;
 };
 
 } // namespace
 
-bool CarryOut(const std::vector<StringList>& commands, BehindFailure behind, Output& output) {
-    if (!RelaySignals()) {
-        Tell(ReasonOf(errno));
-        return false;
-    }
-    DocumentRun run(output);
-    for (const StringList& items : commands) {
-        run.CarryOutNext(items);
-        if (Interruption() != 0) {
-            EndBySignal(Interruption());
-        }
-        if (run.Failed() && behind == BehindFailure::Stop) {
-            break;
-        }
-    }
-    run.TellFailuresOf(static_cast<qsizetype>(commands.size()));
-    if (Interruption() != 0) {
-        EndBySignal(Interruption());
-    }
+bool CarryOut(const std::vector<Command>& commands, BehindFailure behind, Output& output) {
+    DocumentRun run(commands, output);
+    run.CarryOutAll(behind);
     return !run.Failed();
 }
 

@@ -1,11 +1,10 @@
 #include "runner/DryRun.h"
 
-#include "run/CommandAssembly.h"
+#include "runner/Child.h"
 #include "runner/Output.h"
 #include "runner/ShellText.h"
 #include "runner/VisibleText.h"
 #include "system/CurrentDirectory.h"
-#include "system/ProgramSearch.h"
 
 #include <QHash>
 #include <QSet>
@@ -19,25 +18,24 @@ namespace {
 /// About as many characters as are written in one go.
 constexpr qsizetype BlockSize = 1 << 15;
 
-QString LineOf(const StringList& items, bool visible) {
-    const auto shown = [visible](const QString& text) {
-        return visible ? VisibleText(text) : text;
-    };
-    if (IsDirectoryChange(items)) {
-        return ShellDirectoryChange(shown(DirectoryOf(PathOfDirectoryChange(items))));
+QString LineOf(const Command& command, ShellNotation notation) {
+    if (command.Directory) {
+        return ShellDirectoryChange(*command.Directory, notation);
     }
     QStringList words;
-    words.reserve(items.Count());
-    for (int index = 1; index <= items.Count(); ++index) {
-        words += shown(items.Item(index));
+    words.reserve(command.Items.Count());
+    for (int index = 1; index <= command.Items.Count(); ++index) {
+        words += command.Items.Item(index);
     }
-    return ShellCommand(words);
+    return ShellCommand(words, notation);
 }
 
-void WriteLines(const std::vector<StringList>& commands, Output& output) {
+void WriteLines(const std::vector<Command>& commands, Output& output) {
+    const ShellNotation notation =
+        output.IsTerminal() ? ShellNotation::Visible : ShellNotation::Posix;
     QString block;
-    for (const StringList& items : commands) {
-        block += LineOf(items, output.IsTerminal());
+    for (const Command& command : commands) {
+        block += LineOf(command, notation);
         if (block.size() >= BlockSize) {
             output.Write(block.toUtf8());
             block.resize(0);
@@ -57,7 +55,7 @@ public:
         pblnPlaceKnown = change.Number == 0;
         pobjErrors.clear();
         if (change.Number != 0) {
-            TellOnce(u"cd %1: %2"_s.arg(path, change.Description));
+            TellOnce(u"cd %1"_s.arg(path).trimmed() + u": "_s + change.Description);
         }
     }
 
@@ -68,7 +66,7 @@ public:
         const auto known = pobjErrors.constFind(program);
         const int error = known != pobjErrors.constEnd()
                               ? *known
-                              : *pobjErrors.insert(program, FindProgram(program.toUtf8()));
+                              : *pobjErrors.insert(program, LookForProgram(program));
         if (error != 0) {
             TellOnce(u"%1: %2"_s.arg(program, ReasonOf(error)));
         }
@@ -92,14 +90,14 @@ private:
 
 } // namespace
 
-void PrintCommands(const std::vector<StringList>& commands, Output& output) {
+void PrintCommands(const std::vector<Command>& commands, Output& output) {
     WriteLines(commands, output);
     Survey survey;
-    for (const StringList& items : commands) {
-        if (IsDirectoryChange(items)) {
-            survey.ChangeTo(PathOfDirectoryChange(items));
+    for (const Command& command : commands) {
+        if (command.Directory) {
+            survey.ChangeTo(*command.Directory);
         } else {
-            survey.LookFor(items.Item(1));
+            survey.LookFor(command.Items.Item(1));
         }
     }
 }

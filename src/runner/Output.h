@@ -17,16 +17,13 @@ public:
     /// Somebody sits before it: what comes out of a document may not steer the terminal.
     bool IsTerminal() const { return pblnTerminal; }
 
-    /// Writes @p bytes as they are, all of them, however long their reader takes. Once the program
-    /// has been told to end, a reader that takes nothing for a second is given up.
+    /// Writes @p bytes as they are, all of them, however long their reader takes.
     void Write(QByteArrayView bytes);
 
     /// Something couldn't be written.
     bool Failed() const { return pblnFailed; }
 
 private:
-    void WriteSome(QByteArrayView& bytes);
-
     bool pblnQuiet;
     bool pblnTerminal;
     bool pblnFailed = false;

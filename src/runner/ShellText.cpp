@@ -12,11 +12,11 @@ namespace {
 
 /// The words that dash, bash, busybox, ksh or mksh take for more than the name of a program.
 constexpr QStringView ShellWords =
-    u" . : [ alias autoload bg bind break builtin caller case cat cd chdir command compgen "
+    u" . : [ [[ alias autoload bg bind break builtin caller case cat cd chdir command compgen "
     u"complete "
     "compopt continue coproc declare dirs disown do done echo elif else enable enum esac eval exec "
-    "exit export false fc fg fi float for function functions getconf getopts global hash hist "
-    "history if in integer jobs kill let local logout mapfile mknod nameref newgrp nohup popd "
+    "exit export false fc fg fi float for function functions getconf getopts global hash help "
+    "hist history if in integer jobs kill let local logout mapfile mknod nameref newgrp nohup popd "
     "print "
     "printf pushd pwd read readarray readonly realpath rename return select set shift shopt sleep "
     "source stop suspend test then time times trap true type typeset ulimit umask unalias unset "
@@ -32,13 +32,35 @@ bool IsPlain(QChar character) {
            QStringView(u"%+,-./:@_").contains(character);
 }
 
-/// Adds @p text to @p line as one word of the shell.
-void AddWord(QString& line, QString text) {
-    if (!text.isEmpty() && std::all_of(text.begin(), text.end(), IsPlain)) {
-        line += text;
-        return;
+/// @p text as one word, in octal where a character could steer a terminal: all shells that know
+/// the notation end such an escape behind three digits.
+QString VisibleWord(const QString& text) {
+    QString word = u"$'"_s;
+    for (const QChar character : text) {
+        if (character == u'\\' || character == u'\'') {
+            word += u'\\';
+        }
+        const QString own(character);
+        if (VisibleText(own) == own) {
+            word += character;
+            continue;
+        }
+        for (const char byte : own.toUtf8()) {
+            word += u"\\%1"_s.arg(static_cast<uchar>(byte), 3, 8, QChar(u'0'));
+        }
     }
-    line += u'\'' + text.replace(u'\'', u"'\\''"_s) + u'\'';
+    return word + u'\'';
+}
+
+/// @p text as one word of the shell.
+QString Word(QString text, ShellNotation notation) {
+    if (!text.isEmpty() && std::all_of(text.begin(), text.end(), IsPlain)) {
+        return text;
+    }
+    if (notation == ShellNotation::Visible && VisibleText(text) != text) {
+        return VisibleWord(text);
+    }
+    return u'\'' + text.replace(u'\'', u"'\\''"_s) + u'\'';
 }
 
 /// A line in the place of one that no text can express: it fails, as the start does.
@@ -52,7 +74,7 @@ bool HasParentStep(const QString& path) {
 
 } // namespace
 
-QString ShellCommand(const QStringList& items) {
+QString ShellCommand(const QStringList& items, ShellNotation notation) {
     QString line;
     for (const QString& item : items) {
         if (item.contains(QChar::Null)) {
@@ -61,16 +83,17 @@ QString ShellCommand(const QStringList& items) {
         if (!line.isEmpty()) {
             line += u' ';
         }
-        AddWord(line, item);
+        line += Word(item, notation);
     }
-    // exec looks along PATH alone, never among the shell's own commands.
+    // exec looks along PATH alone, never among the shell's own commands. (mksh alone finds its own
+    // there too.)
     if (IsShellWord(items.first())) {
         line = u"(exec "_s + line + u')';
     }
     return line + u" </dev/null\n"_s;
 }
 
-QString ShellDirectoryChange(const QString& path) {
+QString ShellDirectoryChange(const QString& path, ShellNotation notation) {
     // A shell goes somewhere for an empty path, a run stays where it is.
     if (path.isEmpty() || path.contains(QChar::Null)) {
         return Failing(u"cd "_s + path);
@@ -80,8 +103,7 @@ QString ShellDirectoryChange(const QString& path) {
     // Without CDPATH, and without options.
     const QString first = path.section(u'/', 0, 0);
     const bool certain = path.startsWith(u'/') || first == u"." || first == u"..";
-    AddWord(line, certain ? path : u"./"_s + path);
-    return line + u'\n';
+    return line + Word(certain ? path : u"./"_s + path, notation) + u'\n';
 }
 
 } // namespace rivenfall

@@ -1,6 +1,4 @@
 #include "document/DocumentFile.h"
-#include "files/FilePath.h"
-#include "run/CommandAssembly.h"
 #include "run/LogFrame.h"
 #include "runner/Choices.h"
 #include "runner/DocumentRun.h"
@@ -34,11 +32,11 @@ QString OpenDocument(const Options& options, DocumentContent& content) {
     for (const QString& directory : options.Directories) {
         const DirectoryChange change = ChangeDirectory(directory);
         if (change.Number != 0) {
-            return u"The directory %1 can't be changed to: %2."_s.arg(directory,
-                                                                      change.Description);
+            return u"The directory %1 can't be changed to: %2."_s.arg(
+                directory.isEmpty() ? u"''"_s : directory, change.Description);
         }
     }
-    QString failure = ReadDocumentFile(FullPath(options.Document), content);
+    QString failure = ReadDocumentFile(options.Document, content);
     if (!failure.isEmpty()) {
         return failure;
     }
@@ -48,13 +46,12 @@ QString OpenDocument(const Options& options, DocumentContent& content) {
     return {};
 }
 
-Status CarryOutCommands(const std::vector<StringList>& commands, const Options& options,
+Status CarryOutCommands(const std::vector<Command>& commands, const Options& options,
                         Output& output) {
     const BehindFailure behind =
         options.Has(Option::StopOnError) ? BehindFailure::Stop : BehindFailure::GoOn;
-    return CarryOut(commands, behind, output) || options.Has(Option::IgnoreErrors)
-               ? Status::Success
-               : Status::Failure;
+    const bool success = CarryOut(commands, behind, output) || options.Has(Option::IgnoreErrors);
+    return success && !output.Failed() ? Status::Success : Status::Failure;
 }
 
 /// Writes @p text, which is all that was asked for.
@@ -86,7 +83,7 @@ Status UseDocument(const Options& options, Output& output) {
         return Print(DocumentList(content), output);
     }
     QStringList unresolved;
-    const std::vector<StringList> commands =
+    const std::vector<Command> commands =
         AssembleCommands(content.Compilers, content.Variables, &unresolved);
     if (options.Has(Option::Strict) && !unresolved.isEmpty()) {
         TellUnresolved(unresolved);

@@ -1,7 +1,5 @@
 #include "system/CurrentDirectory.h"
 
-#include "system/CommandLine.h"
-
 #include <QFile>
 
 #include <cerrno>
@@ -10,13 +8,8 @@
 
 namespace rivenfall {
 
-QString DirectoryOf(const QString& path) {
-    const QStringList items = SplitCommandLine(path);
-    return items.size() == 1 ? items.first() : path;
-}
-
 DirectoryChange ChangeDirectory(const QString& path) {
-    const QByteArray name = QFile::encodeName(DirectoryOf(path));
+    const QByteArray name = QFile::encodeName(path);
     if (!name.contains('\0') && chdir(name.constData()) == 0) {
         return {};
     }

@@ -12,12 +12,7 @@ struct DirectoryChange {
     QString Description;
 };
 
-/// The directory that @p path stands for: one that stands between quotes, as one item of a command
-/// line does, is taken without them.
-QString DirectoryOf(const QString& path);
-
-/// Changes the current directory of the whole process to the one that @p path stands for, seen from
-/// the present one.
+/// Changes the current directory of the whole process to @p path, seen from the present one.
 DirectoryChange ChangeDirectory(const QString& path);
 
 } // namespace rivenfall

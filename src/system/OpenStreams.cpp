@@ -8,7 +8,7 @@ namespace rivenfall {
 void OpenStandardStreams() {
     int descriptor = 0;
     do {
-        descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
+        descriptor = open("/dev/null", O_RDONLY);
     } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
     close(descriptor);
 }

@@ -8,10 +8,10 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <new>
 #include <poll.h>
 #include <spawn.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace rivenfall {
@@ -48,25 +48,17 @@ sigset_t SignalsToReset() {
 /// Looked up before main, and so before anything else has touched them.
 const sigset_t ResetSignals = SignalsToReset();
 
-/// The attributes and file actions of one start.
+/// The attributes and file actions of one start. Without actions a child inherits all.
 class SpawnSettings {
 public:
-    SpawnSettings(const StandardStreams& streams, ChildGroup group) {
+    SpawnSettings() {
         posix_spawnattr_init(&Attributes);
         posix_spawn_file_actions_init(&Actions);
-
         sigset_t mask;
         sigemptyset(&mask);
         posix_spawnattr_setsigmask(&Attributes, &mask);
         posix_spawnattr_setsigdefault(&Attributes, &ResetSignals);
-        const int grouping = group == ChildGroup::Own ? POSIX_SPAWN_SETPGROUP : 0;
-        const int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | grouping;
-        posix_spawnattr_setflags(&Attributes, static_cast<short>(flags));
-
-        posix_spawn_file_actions_adddup2(&Actions, streams.Input, STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&Actions, streams.Output, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&Actions, streams.Error, STDERR_FILENO);
-        posix_spawn_file_actions_addclosefrom_np(&Actions, STDERR_FILENO + 1);
+        posix_spawnattr_setflags(&Attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
     }
 
     ~SpawnSettings() {
@@ -94,6 +86,30 @@ QByteArrayList ArgumentsOf(const QString& commandLine) {
     return arguments;
 }
 
+bool Spawn(const QString& commandLine, const SpawnSettings& settings, Handle& process) {
+    const QByteArrayList arguments = ArgumentsOf(commandLine);
+    if (arguments.isEmpty()) {
+        return KeepError(commandLine.contains(QChar::Null) ? EINVAL : ENOENT);
+    }
+    std::vector<char*> pointers;
+    for (const QByteArray& argument : arguments) {
+        pointers.push_back(const_cast<char*>(argument.constData()));
+    }
+    pointers.push_back(nullptr);
+    return KeepError(posix_spawnp(&process, pointers[0], &settings.Actions, &settings.Attributes,
+                                  pointers.data(), environ));
+}
+
+bool CreatePipe(Handle& readEnd, Handle& writeEnd) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        return KeepError(errno);
+    }
+    readEnd = ends[0];
+    writeEnd = ends[1];
+    return true;
+}
+
 } // namespace
 
 void ReapChildrenInKernel() {
@@ -107,39 +123,32 @@ bool IgnoredAtStart(int signal) {
     return sigismember(&ResetSignals, signal) == 0;
 }
 
-bool CreatePipe(Handle& readEnd, Handle& writeEnd) {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) {
-        return KeepError(errno);
+bool CreatePipes(StandardStreams& streams, Handle& inputWrite, Handle& outputRead) {
+    if (!CreatePipe(streams.Input, inputWrite)) {
+        return false;
     }
-    readEnd = ends[0];
-    writeEnd = ends[1];
+    if (!CreatePipe(outputRead, streams.Output)) {
+        CloseHandle(std::exchange(streams.Input, 0));
+        CloseHandle(std::exchange(inputWrite, 0));
+        return false;
+    }
+    streams.Error = streams.Output;
     return true;
 }
 
-Handle DuplicateHandle(Handle handle) {
-    const int copy = fcntl(handle, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    KeepError(copy < 0 ? errno : 0);
-    return copy < 0 ? 0 : copy;
+bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process) {
+    SpawnSettings settings;
+    posix_spawn_file_actions_adddup2(&settings.Actions, streams.Input, STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&settings.Actions, streams.Output, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&settings.Actions, streams.Error, STDERR_FILENO);
+    posix_spawn_file_actions_addclosefrom_np(&settings.Actions, STDERR_FILENO + 1);
+    return Spawn(commandLine, settings, process);
 }
 
-bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process,
-                   ChildGroup group) try {
-    const QByteArrayList arguments = ArgumentsOf(commandLine);
-    if (arguments.isEmpty()) {
-        return KeepError(commandLine.contains(QChar::Null) ? EINVAL : ENOENT);
-    }
-    std::vector<char*> pointers;
-    for (const QByteArray& argument : arguments) {
-        pointers.push_back(const_cast<char*>(argument.constData()));
-    }
-    pointers.push_back(nullptr);
-
-    const SpawnSettings settings(streams, group);
-    return KeepError(posix_spawnp(&process, pointers[0], &settings.Actions, &settings.Attributes,
-                                  pointers.data(), environ));
-} catch (const std::bad_alloc&) {
-    return KeepError(ENOMEM);
+bool CreateProcess(const QString& commandLine, Handle& process) {
+    SpawnSettings settings;
+    posix_spawn_file_actions_adddup2(&settings.Actions, STDOUT_FILENO, STDERR_FILENO);
+    return Spawn(commandLine, settings, process);
 }
 
 ReadOutcome ReadFile(Handle handle, char* buffer, int size, int& count) {

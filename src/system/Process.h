@@ -21,12 +21,6 @@ enum class ReadOutcome {
     End,     ///< Every write end is closed, or the read failed.
 };
 
-/// The process group that a child is started in.
-enum class ChildGroup {
-    Shared, ///< This program's.
-    Own,    ///< A new one, which has the child's number and takes in what the child starts.
-};
-
 /// Has the kernel reap every child when it ends. A program that asks no child how it ended calls it
 /// before it starts the first one; any other waits for each child, by waitpid.
 void ReapChildrenInKernel();
@@ -34,23 +28,24 @@ void ReapChildrenInKernel();
 /// True where whoever started this program had it ignore @p signal, as nohup does.
 bool IgnoredAtStart(int signal);
 
-/// Makes a pipe whose ends no child inherits. The caller closes both ends. On failure the result is
-/// False and LastError tells the reason.
-bool CreatePipe(Handle& readEnd, Handle& writeEnd);
+/// Makes the two pipes of a child: its standard input, whose other end becomes @p inputWrite, and
+/// the one stream for all its output, whose other end becomes @p outputRead. The caller closes all
+/// four ends. On failure nothing is left open, the result is False and LastError tells the reason.
+bool CreatePipes(StandardStreams& streams, Handle& inputWrite, Handle& outputRead);
 
-/// A second handle on the pipe end @p handle, which the caller closes. 0 on failure.
-Handle DuplicateHandle(Handle handle);
-
-/// Starts the program that @p commandLine names with the arguments that stand behind it.
+/// Starts the program that @p commandLine names with the arguments that stand behind it, on
+/// @p streams and without any other descriptor.
 ///
-/// The name is looked up along PATH unless it holds a slash. The child gets @p streams and no
-/// other descriptor, this program's environment and current directory, an empty signal mask and
-/// the default action for every signal but those that were ignored at this program's start. On
-/// success @p process identifies the child; it is a process number and never closed. On failure
-/// the result is False and LastError tells the reason (2 no such program, 7 too
-/// long, 12 no memory, 13 not executable).
-bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process,
-                   ChildGroup group = ChildGroup::Shared);
+/// The name is looked up along PATH unless it holds a slash. The child gets this program's
+/// environment, process group and current directory, an empty signal mask and the default action
+/// for every signal but those that were ignored at this program's start. On success @p process is
+/// the child's process number, which is never closed. On failure the result is False and LastError
+/// tells the reason (2 no such program, 7 too long, 12 no memory, 13 not executable).
+bool CreateProcess(const QString& commandLine, const StandardStreams& streams, Handle& process);
+
+/// The same, but the child gets this program's own standard input and output, the output as its
+/// standard error too, and every descriptor that this program has inherited.
+bool CreateProcess(const QString& commandLine, Handle& process);
 
 /// Reads at most @p size bytes from the pipe end @p handle into @p buffer without waiting.
 /// @p count becomes the number of bytes read.

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 
 namespace rivenfall {
 
@@ -61,11 +60,8 @@ void Execution::Clear() {
 
 void Execution::Echo(const QString& Issue, const QString& Success) {
     EnsureShown();
-    try {
-        AppendFrame(Issue, Success);
-    } catch (const std::bad_alloc&) {
-        AppendShortFrame(Issue, Success);
-    }
+    pobjFormTxtOutput->AppendText(LogFrame(Issue, Success, pobjFormTxtOutput->TextLength() > 0));
+    pobjFormTxtOutput->SetSelStartToEnd();
 }
 
 bool Execution::Execute(const QString& CommandLine) {
@@ -103,7 +99,7 @@ bool Execution::StartProcess(const QString& CommandLine) {
         return false;
     }
     StandardStreams streams;
-    if (!OpenPipes(streams)) {
+    if (!CreatePipes(streams, phndInputWrite, phndOutputRead)) {
         MessageBox(u"CreatePipe failed. Error: %1"_s.arg(LastError()), MessageBoxStyle::Plain);
         return false;
     }
@@ -118,25 +114,6 @@ bool Execution::StartProcess(const QString& CommandLine) {
         phndInputWrite = phndOutputRead = phndProcess = 0;
     }
     return pblnRunning;
-}
-
-/// Makes the two pipes of a child: its silent input, whose write end stays here, and the one
-/// stream for all its output, whose read end stays here. On failure nothing is left open.
-bool Execution::OpenPipes(StandardStreams& streams) {
-    Handle inputRead = 0;
-    if (!CreatePipe(inputRead, phndInputWrite)) {
-        return false;
-    }
-    streams.Input = DuplicateHandle(inputRead);
-    CloseHandle(inputRead);
-    if (!CreatePipe(phndOutputRead, streams.Output)) {
-        CloseHandle(streams.Input);
-        CloseHandle(phndInputWrite);
-        phndInputWrite = 0;
-        return false;
-    }
-    streams.Error = streams.Output;
-    return true;
 }
 
 void Execution::pobjForm_QueryUnload(bool& Cancel, FormUnloadMode UnloadMode) {
@@ -158,15 +135,6 @@ void Execution::pobjFormTmrTick_Timer() {
     if (!pblnRunning) {
         return;
     }
-    try {
-        ReadOutput();
-    } catch (const std::bad_alloc&) {
-        pobjUnfinished.clear();
-        EndOutput();
-    }
-}
-
-void Execution::ReadOutput() {
     std::array<char, BytesPerTick> buffer = {};
     int count = 0;
     switch (ReadFile(phndOutputRead, buffer.data(), BytesPerTick, count)) {
@@ -185,21 +153,6 @@ void Execution::ReadOutput() {
 void Execution::EnsureShown() {
     if (!pobjForm->Visible()) {
         Show();
-    }
-}
-
-void Execution::AppendFrame(const QString& issue, const QString& success) {
-    pobjFormTxtOutput->AppendText(LogFrame(issue, success, pobjFormTxtOutput->TextLength() > 0));
-    pobjFormTxtOutput->SetSelStartToEnd();
-}
-
-/// Adds the frame as far as there is memory for it: with the beginning of @p issue, or not at all.
-void Execution::AppendShortFrame(const QString& issue, const QString& success) {
-    constexpr qsizetype shortLength = 1000;
-    try {
-        AppendFrame(issue.left(shortLength) + u'…', success);
-    } catch (const std::bad_alloc&) {
-        return;
     }
 }
 

@@ -33,7 +33,7 @@ public:
     void Clear();
 
     /// Adds a frame to the log: what was done and, where @p Success isn't empty, how it went. Shows
-    /// the window if it is hidden. Where memory is short, the frame has the beginning of @p Issue.
+    /// the window if it is hidden.
     void Echo(const QString& Issue, const QString& Success = {});
 
     /// Starts the program that @p CommandLine names and returns at once. Either way a frame in the
@@ -60,14 +60,10 @@ private:
     };
 
     bool StartProcess(const QString& CommandLine);
-    bool OpenPipes(StandardStreams& streams);
     void pobjForm_QueryUnload(bool& Cancel, FormUnloadMode UnloadMode);
     void pobjForm_Resize();
     void pobjFormTmrTick_Timer();
-    void ReadOutput();
     void EnsureShown();
-    void AppendFrame(const QString& issue, const QString& success);
-    void AppendShortFrame(const QString& issue, const QString& success);
     void AppendOutput(qsizetype length);
     void EndOutput();
 

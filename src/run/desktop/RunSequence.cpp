@@ -16,21 +16,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void CarryOutDirectoryChange(Execution& execution, const StringList& items) {
-    try {
-        const QString path = PathOfDirectoryChange(items);
-        execution.Echo(u"cd "_s + path, ResultOfChange(ChangeDirectory(path)));
-    } catch (const std::bad_alloc&) {
-        execution.Echo(u"cd"_s, ResultOfStart(false, ENOMEM));
+void CarryOut(const Command& command, Execution& execution) {
+    if (command.Directory) {
+        execution.Echo(command.Text(), ResultOfChange(ChangeDirectory(*command.Directory)));
+        return;
     }
-}
-
-void CarryOutCommand(Execution& execution, const StringList& items) {
-    try {
-        execution.Execute(items.Text());
-    } catch (const std::bad_alloc&) {
-        execution.Echo(items.Item(1), ResultOfStart(false, ENOMEM));
-    }
+    execution.Execute(command.Text());
     while (execution.Running()) {
         DoEvents();
     }
@@ -38,15 +29,8 @@ void CarryOutCommand(Execution& execution, const StringList& items) {
 
 } // namespace
 
-void Application::Run() {
-    std::vector<StringList> commandList;
-    try {
-        commandList = AssembleCommands(*pobjCompilers, *pobjVariables);
-    } catch (const std::bad_alloc&) {
-        pobjExecution->Show();
-        pobjExecution->Echo(FileTitle(), ResultOfStart(false, ENOMEM));
-        return;
-    }
+void Application::Run() try {
+    const std::vector<Command> commandList = AssembleCommands(*pobjCompilers, *pobjVariables);
     pobjExecution->Show();
     if (commandList.empty()) {
         const QString issue = NothingToRunIssue.toString();
@@ -56,13 +40,12 @@ void Application::Run() {
         return;
     }
     pobjExecution->Clear();
-    for (const StringList& items : commandList) {
-        if (IsDirectoryChange(items)) {
-            CarryOutDirectoryChange(*pobjExecution, items);
-        } else {
-            CarryOutCommand(*pobjExecution, items);
-        }
+    for (const Command& command : commandList) {
+        CarryOut(command, *pobjExecution);
     }
+} catch (const std::bad_alloc&) {
+    pobjExecution->Show();
+    pobjExecution->Echo(FileTitle(), ResultOfStart(false, ENOMEM));
 }
 
 } // namespace rivenfall
