@@ -8,10 +8,21 @@ set(icons_dir ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 
 install(TARGETS rivenfall COMPONENT rivenfall)
 install(TARGETS rivenfall-run COMPONENT rivenfall-run)
+# The folders are those of Debian, where the shells look themselves.
+set(completions_dir ${packaging_dir}/completions)
 install(
-  FILES ${packaging_dir}/bash-completion
+  FILES ${completions_dir}/rivenfall-run.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
   RENAME rivenfall-run
+  COMPONENT rivenfall-run)
+install(
+  FILES ${completions_dir}/rivenfall-run.zsh
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions
+  RENAME _rivenfall-run
+  COMPONENT rivenfall-run)
+install(
+  FILES ${completions_dir}/rivenfall-run.fish
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
   COMPONENT rivenfall-run)
 
 # Installs a picture as the program's icon and another as that of its documents.
