@@ -8,12 +8,19 @@ using RunnerDryRunTest = RunnerTest;
 
 TEST_F(RunnerDryRunTest, PrintsLinesForAShellAndStartsNothing) {
     QDir(Folder.path()).mkdir(u"my dir"_s);
+    // A script without "#!" is one for a shell alone.
+    for (const auto& [name, text] : {std::pair{"tool", "#!/bin/sh\n"}, {"script", "echo"}}) {
+        QFile(StoreBytes(Path(name), text)).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    }
     // What comes behind a directory that isn't there is looked for only where that is certain.
     Run("-n")
         .Of({Shell(u": >started"_s, {u"it's"_s, u"${A}"_s}),
-             {"cd", {"my dir"}},
+             "./tool",
+             "./script",
+             {"cd", {"my dir", "${A}"}},
+             "./tool",
              {"cd", {"../-x"}},
-             {"cd", {"/gone"}},
+             {"cd", {"/gone", "x"}},
              "cd",
              "no-such",
              "./tool",
@@ -22,11 +29,14 @@ TEST_F(RunnerDryRunTest, PrintsLinesForAShellAndStartsNothing) {
              {"no-such", {"${none}${SELF}"}}},
             "A(~),SELF(${SELF}),!NONE(x)")
         .Prints("sh -c ': >started' 'it'\\''s' '' </dev/null\n"
-                "cd './my dir'\ncd -P ../-x\ncd /gone\nfalse # cd \nno-such </dev/null\n"
+                "./tool </dev/null\n./script </dev/null\ncd './my dir'\n./tool </dev/null\n"
+                "cd -P ../-x\ncd '/gone x'\nfalse # cd \nno-such </dev/null\n"
                 "./tool </dev/null\n(exec echo -n) </dev/null\n"
                 "'A=b' '~' 'a*' -o .c </dev/null\nno-such '' </dev/null\n")
-        .Tells("rivenfall-run: cd ../-x: No such file or directory\n"
-               "rivenfall-run: cd /gone: No such file or directory\n"
+        .Tells("rivenfall-run: ./script: Exec format error\n"
+               "rivenfall-run: ./tool: No such file or directory\n"
+               "rivenfall-run: cd ../-x: No such file or directory\n"
+               "rivenfall-run: cd /gone x: No such file or directory\n"
                "rivenfall-run: no-such: No such file or directory\n"
                "rivenfall-run: A=b: No such file or directory\n"
                "rivenfall-run: ${NONE}: no value found\n"
@@ -50,14 +60,17 @@ TEST_F(RunnerDryRunTest, AShellDoesWhatTheRunDoes) {
                               "x=y", "#", "&", "漢字 😀", "~", "!!"}});
         compilers.back().Below.push_back(Sketch(QString(u'a') + QChar(u'\x7F') + u'\t'));
     }
-    for (const char* folder : {"-x/deep", "decoy/-x", "decoy/plain", "plain", "a  b"}) {
+    for (const char* folder : {"-x/deep", "decoy/-x", "decoy/plain", "plain", "a  b", "-x/a b"}) {
         QDir(Folder.path()).mkpath(QString::fromUtf8(folder));
     }
     QFile::link(u"-x/deep"_s, Path("link"));
     const std::vector<std::vector<Sketch>> changes = {
-        {"-x"},    {".."},       {"link"},   {".."}, {"-"},      {"~"},
-        {},        {"${EMPTY}"}, {"gone"},   {".."}, {"a  b"},   {".."},
-        {"plain"}, {"../decoy"}, {"a", "b"}, {"."},  {"./plain"}};
+        {"-x"},    {".."},          {"link"},
+        {".."},    {"-"},           {"~"},
+        {},        {"${EMPTY}"},    {"gone"},
+        {".."},    {"a  b"},        {".."},
+        {"plain"}, {"../-x"},       {"a", "${EMPTY}", "b"},
+        {"."},     {"../../plain"}, {"a", "b"}};
     for (const std::vector<Sketch>& path : changes) {
         compilers.push_back({"cd", path});
         compilers.push_back({"tool", {}});

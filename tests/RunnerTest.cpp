@@ -16,6 +16,7 @@ TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
         {"broken.tvq", 2, "The file broken.tvq can't be opened: the data ends too early."},
         {"-- --help", 2, "The file --help can't be opened: No such file or directory."},
         {"../off.tvq -C home -n", 1, "No compilers to run! Please select some..."},
+        {"-C home -C .. -n off.tvq", 1, "No compilers to run! Please select some..."},
         {"-C nowhere off.tvq", 2,
          "The directory nowhere can't be changed to: No such file or directory."},
         {"off.tvq EMPTY", 2, "The argument EMPTY isn't of the form NAME=VALUE."},
@@ -67,6 +68,11 @@ TEST_F(RunnerTest, FailuresAreToldAndCounted) {
         .Tells(first + "rivenfall-run: 1 of 6 command lines failed, 5 not carried out\n")
         .Ends(3);
     Run().Of({"true", {"cd", {"home"}}, Shell(u"kill -0 $$"_s)}).Ends(0);
+    // What is long leaves room for the reason.
+    Run()
+        .Of({{"false", {QString(79 - 6, u'x') + QString::fromUtf8("😀") + QString(9999, u'x')}}})
+        .Tells("rivenfall-run: [1/1] false " + std::string(73, 'x') + " …: exit status 1\n…")
+        .Ends(3);
 }
 
 TEST_F(RunnerTest, OutputThatCannotBeWrittenIsAFailure) {
@@ -78,6 +84,12 @@ TEST_F(RunnerTest, OutputThatCannotBeWrittenIsAFailure) {
     Bash("$RUN -i doc.tvq >/dev/full").Tells(full + "rivenfall-run: [2/3] sh -c…").Ends(3);
     EXPECT_TRUE(Exists("last"));
     Bash("$RUN -n doc.tvq >/dev/null && $RUN -p doc.tvq >/dev/full").Tells(full).Ends(3);
+    // A pipe that somebody has set not to wait, and that is full, is neither.
+    Document({{"echo", {QString(100'000, u'x')}}});
+    Bash("perl -MFcntl -e 'fcntl STDOUT, F_SETFL, O_WRONLY | O_NONBLOCK; exec @ARGV' "
+         "$RUN -n doc.tvq | (sleep 0.2; wc -c)")
+        .Prints("100024\n")
+        .Ends(0);
 }
 
 TEST_F(RunnerTest, ASettingHoldsForTheRunWhateverIsTicked) {
@@ -186,6 +198,11 @@ TEST_F(RunnerTest, APathLeadsWhereTheKernelTakesIt) {
     Document({{"echo", {"marked"}}}, "./\uFEFF.tvq");
     Bash("exec $RUN $'\\xFF.tvq'").Tells("…is no UTF-8 text.\n…").Ends(2);
     Bash("exec $RUN $'\\xEF\\xBB\\xBF.tvq'").Prints("…-\nmarked\n").Ends(0);
+    // A folder that one stands in has a name for the kernel alone.
+    Bash("mkdir $'\\xFF' '\"s\" '; cp far/doc.tvq $'\\xFF'; cp far/doc.tvq '\"s\" '\n"
+         "$RUN -C '\"s\" ' doc.tvq && cd $'\\xFF' && $RUN doc.tvq && rm -r ../$'\\xFF'")
+        .Prints("…-\nright\n…-\nright\n")
+        .Ends(0);
 }
 
 TEST_F(RunnerTest, RunsWithoutStandardStreams) {

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <cerrno>
@@ -9,7 +10,12 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
+
+/// The bytes of a script's first line that the kernel reads (execve(2)).
+constexpr qint64 MostOfAnInterpreter = 256;
 
 /// True where the child doesn't have @p signal from whoever @p news names as its sender. The
 /// terminal's keys reach all of the group; a terminal that goes away tells the first of its
@@ -78,12 +84,14 @@ int LookForProgram(const QString& name) {
     if (!program.open(QIODevice::ReadOnly)) {
         return 0;
     }
-    const QByteArray head = program.read(4);
-    return head == "\x7F"
-                   "ELF" ||
-                   head.startsWith("#!")
-               ? 0
-               : ENOEXEC;
+    const QByteArray head = program.readLine(MostOfAnInterpreter);
+    if (head.startsWith("#!")) {
+        const QFileInfo interpreter(
+            QFile::decodeName(head.sliced(2))
+                .section(QRegularExpression(u"[ \t\n]"_s), 0, 0, QString::SectionSkipEmpty));
+        return interpreter.isFile() && interpreter.isExecutable() ? 0 : ENOENT;
+    }
+    return head.startsWith("\177ELF") ? 0 : ENOEXEC;
 }
 
 } // namespace rivenfall

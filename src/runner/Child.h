@@ -36,8 +36,9 @@ private:
 };
 
 /// Looks whether the program @p name could be started from the current directory, and starts
-/// nothing. Gives 0, or the error number that a start would most likely fail with: ENOENT for no
-/// such program, EACCES for one that may not be executed, ENOEXEC for a script without "#!".
+/// nothing. Gives 0, or the error number that a start would most likely fail with: ENOENT where
+/// there is no such program, or no such interpreter of a script, EACCES for one that may not be
+/// executed, ENOEXEC for a script without "#!".
 int LookForProgram(const QString& name);
 
 } // namespace rivenfall
