@@ -61,7 +61,8 @@ public:
             << Arguments.join(u' ').toStdString() << "\nended with " << process.exitCode()
             << ", printed\n"
             << output.constData() << "\nand told\n"
-            << error.constData() << "\nin place of " << status << ",\n"
+            << error.constData() << '\n'
+            << "in place of " << status << ",\n"
             << Output << "\nand\n"
             << Error;
         return output.toStdString();

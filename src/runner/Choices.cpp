@@ -28,31 +28,25 @@ DataNodes::Items EntriesOf(const DataNodes& nodes) {
     return entries;
 }
 
-void TellMissing(QStringView kind, const QString& text, QStringList there) {
-    there.removeDuplicates();
-    there.removeAll(QString());
-    QString list = there.isEmpty() ? u"none"_s : there.join(u", "_s);
-    if (list.size() > LongestList) {
-        list = list.first(LongestList) + u'…';
-    }
-    Tell(u"The document has no %1 \"%2\". There are: %3."_s.arg(kind, text, list));
-}
-
 /// Calls @p change for each of @p nodes whose text is @p text. Tells, and gives False, where none
 /// is.
 bool Change(QStringView kind, const DataNodes::Items& nodes, const QString& text,
             const auto& change) {
-    QStringList others;
+    QStringList there;
     bool found = false;
     for (const std::shared_ptr<DataNode>& node : nodes) {
+        there += node->Value();
         if (node->Value().compare(text, Qt::CaseInsensitive) == 0) {
             change(*node);
             found = true;
         }
-        others += node->Value();
     }
     if (!found) {
-        TellMissing(kind, text, others);
+        there.removeAll(QString());
+        there.removeDuplicates();
+        const QString list = there.isEmpty() ? u"none"_s : there.join(u", "_s);
+        Tell(u"The document has no %1 \"%2\". There are: %3."_s.arg(
+            kind, text, list.size() > LongestList ? list.first(LongestList) + u'…' : list));
     }
     return found;
 }

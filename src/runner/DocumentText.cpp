@@ -44,16 +44,16 @@ QByteArray DocumentText(const DocumentContent& content) {
 QByteArray DocumentList(const DocumentContent& content) {
     QString text;
     for (const std::shared_ptr<DataNode>& variable : content.Variables) {
-        QString inForce;
+        QString first;
         QString others;
         for (const std::shared_ptr<DataNode>& value : *variable->Childs()) {
-            if (variable->Active() && value->Active() && inForce.isEmpty()) {
-                inForce = u" = "_s + Escaped(value->Value());
+            if (variable->Active() && value->Active() && first.isEmpty()) {
+                first = u" = "_s + Escaped(value->Value());
             } else {
                 others += u" | "_s + Escaped(value->Value());
             }
         }
-        text += Escaped(variable->Value()) + inForce + others + u'\n';
+        text += Escaped(variable->Value()) + first + others + u'\n';
     }
     for (const std::shared_ptr<DataNode>& compiler : content.Compilers) {
         text += MarkOf(*compiler) + u' ' + Escaped(compiler->Value()) + u'\n';

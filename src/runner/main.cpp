@@ -26,24 +26,24 @@ constexpr char VersionText[] =
     "License MIT: <https://opensource.org/license/mit>.\n"
     "There is NO WARRANTY, to the extent permitted by law.\n";
 
-/// Changes to the directories of the call and opens its document. Gives the reason of a failure as
-/// a sentence; empty for success.
-QString OpenDocument(const Options& options, DocumentContent& content) {
+/// Changes to the directories of the call and opens its document. Tells, and gives False, where
+/// that fails.
+bool OpenDocument(const Options& options, DocumentContent& content) {
     for (const QString& directory : options.Directories) {
         const DirectoryChange change = ChangeDirectory(directory);
         if (change.Number != 0) {
-            return u"The directory %1 can't be changed to: %2."_s.arg(
-                directory.isEmpty() ? u"''"_s : directory, change.Description);
+            Tell(u"The directory %1 can't be changed to: %2."_s.arg(
+                directory.isEmpty() ? u"''"_s : directory, change.Description));
+            return false;
         }
     }
-    QString failure = ReadDocumentFile(options.Document, content);
+    const QString failure = ReadDocumentFile(options.Document, content);
     if (!failure.isEmpty()) {
-        return failure;
-    }
-    if (!content.HasVariables) {
+        Tell(failure);
+    } else if (!content.HasVariables) {
         MakeDefaultVariable(content.Variables);
     }
-    return {};
+    return failure.isEmpty();
 }
 
 Status CarryOutCommands(const std::vector<Command>& commands, const Options& options,
@@ -68,12 +68,7 @@ void TellUnresolved(const QStringList& names) {
 
 Status UseDocument(const Options& options, Output& output) {
     DocumentContent content;
-    const QString failure = OpenDocument(options, content);
-    if (!failure.isEmpty()) {
-        Tell(failure);
-        return Status::WrongCall;
-    }
-    if (!ApplyChoices(options, content)) {
+    if (!OpenDocument(options, content) || !ApplyChoices(options, content)) {
         return Status::WrongCall;
     }
     if (options.Has(Option::Print)) {
