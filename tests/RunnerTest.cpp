@@ -41,7 +41,7 @@ TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
 TEST_F(RunnerTest, TellsOfItself) {
     Run("--help")
         .Prints("Usage: rivenfall-run [OPTION]... DOCUMENT [NAME=VALUE]...\nCarry…"
-                "--on TEXT…-C, --directory DIR…-e, --stop-on-error…\nExit status:\n…")
+                "--on TEXT…-C, --directory DIR…-e, --stop-on-error…-p, --print…\nExit status:\n…")
         .Ends(0);
     Run("--version")
         .Prints("rivenfall-run (OMRA Rivenfall Compiler Controller) " RIVENFALL_VERSION "\n…")
@@ -99,13 +99,11 @@ TEST_F(RunnerTest, ASettingHoldsForTheRunWhateverIsTicked) {
         {{u"a=x"_s}, "x||x|5|"},
         {{u"B=${D}=${a}"_s, u"A=y"_s}, "y|5=y|y5=y|5|"},
         {{u"D=6"_s, u"d="_s, u"C=${C}"_s}, "2||||"}};
+    const std::vector<Sketch> compilers = {{"printf", {"%s|", "${A}", "${b}", "${C}", "${D}"}}};
+    const char* variables = "!A(1),A(2),B(!3,!4),C(${A}${B}),D(5)";
     for (const auto& [settings, output] : cases) {
-        Run()
-            .Of({{"printf", {"%s|", "${A}", "${b}", "${C}", "${D}"}}},
-                "!A(1),A(2),B(!3,!4),C(${A}${B}),D(5)")
-            .With(settings)
-            .Prints(std::string("…-\n") + output)
-            .Ends(0);
+        Run().Of(compilers, variables).With(settings).Prints(std::string("…-\n") + output).Ends(0);
+        EXPECT_EQ(BytesOf(Path("doc.tvq")), DocumentImage(compilers, Sketches(variables)));
     }
 }
 
