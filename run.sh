@@ -34,16 +34,15 @@ has_wayland_display() {
 }
 
 program=rivenfall-run
-packages=("${build_packages[@]}")
 if has_x11_display; then
     program=rivenfall
 elif has_wayland_display; then
     program=rivenfall
-    packages+=(qt6-wayland)
+    ! command -v dpkg-query >/dev/null || install_packages qt6-wayland
 fi
 
-install_packages "${packages[@]}"
-configure_build
+packages=("${build_packages[@]}")
+prepare_build
 cmake --build "$root/build" --target rivenfall rivenfall-run >&2
 
 if (($#)); then

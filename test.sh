@@ -6,9 +6,9 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 source "$root/dev/prepare.sh"
 
-install_packages "${build_packages[@]}" libgtest-dev
+packages=("${build_packages[@]}" libgtest-dev)
 cd "$root"
 export QT_QPA_PLATFORM=offscreen
-configure_build -DRIVENFALL_TESTS=ON
+prepare_build -DRIVENFALL_TESTS=ON
 cmake --build build >&2
 exec ctest --test-dir build --output-on-failure --no-tests=error "$@"

@@ -46,9 +46,8 @@ install_packages() {
 }
 
 # Configures a build folder (build/ unless `-B FOLDER` comes first) with the given -D options, unless
-# it has them already. Without options a new one comes without tests, and another stays as it is, so
-# that running and testing share one build. What another generator left there, or another place of
-# this clone, goes.
+# it has them already. Without options another one stays as it is, so that running and testing share
+# one build. What another generator left there, or another place of this clone, goes.
 configure_build() {
     local folder=$root/build cache option fresh=() needed=0
     if [[ ${1-} == -B ]]; then
@@ -61,12 +60,25 @@ configure_build() {
         done
     fi
     ((${#fresh[@]} == 0)) || echo "$folder was configured in another place or for other tools; doing it anew." >&2
-    if ((${#fresh[@]})) || [[ ! -f $folder/build.ninja ]]; then
-        set -- -DRIVENFALL_TESTS=OFF "$@"
-        needed=1
-    fi
+    ((${#fresh[@]} == 0)) && [[ -f $folder/build.ninja ]] || needed=1
     for option in "$@"; do
         grep -qxF -- "${option#-D}" <<<"$cache" || needed=1
     done
-    ((needed == 0)) || cmake "${fresh[@]}" -S "$root" --preset release -B "$folder" "$@" >&2
+    ((needed)) || return 0
+    # What couldn't be configured isn't taken for configured the next time.
+    cmake "${fresh[@]}" -S "$root" --preset release -B "$folder" "$@" >&2 ||
+        { rm -f -- "$folder/build.ninja" && return 1; }
+}
+
+# Configures build/ with the given -D options. Only where that fails are the packages asked for whose
+# names are in `packages`: what CMake finds counts, wherever it comes from.
+prepare_build() {
+    local words
+    if words=$(configure_build "$@" 2>&1); then
+        [[ -z $words ]] || echo "$words" >&2
+        return
+    fi
+    command -v apt-get >/dev/null || echo "$words" >&2
+    install_packages "${packages[@]}"
+    configure_build "$@"
 }
