@@ -61,7 +61,12 @@ install(
 set(docs_dir ${PROJECT_SOURCE_DIR}/docs)
 install(
   FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+        ${PROJECT_SOURCE_DIR}/CONTRIBUTING.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT rivenfall)
+install(
+  FILES ${PROJECT_SOURCE_DIR}/bench/README.md
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/bench
   COMPONENT rivenfall)
 install(
   DIRECTORY ${docs_dir}
@@ -71,12 +76,19 @@ install(
   PATTERN "*.md"
   PATTERN "images/*.png")
 set(example_dir ${PROJECT_SOURCE_DIR}/examples/hello)
-install(
-  FILES ${example_dir}/README.md ${example_dir}/hello.c ${example_dir}/hello.tvq
-  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples/hello
-  COMPONENT rivenfall)
+foreach(component rivenfall rivenfall-run)
+  install(
+    FILES ${example_dir}/README.md ${example_dir}/hello.c ${example_dir}/hello.tvq
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${component}/examples/hello
+    COMPONENT ${component})
+endforeach()
 
 # The rest differs between a package and an installation by hand: this component is in no package.
+# Debian has the licence in a file of its own form.
+install(
+  FILES ${PROJECT_SOURCE_DIR}/LICENSE
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT by-hand)
 install(
   FILES ${packaging_dir}/rivenfall.1 ${packaging_dir}/rivenfall-run.1
   DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
