@@ -45,18 +45,11 @@ public:
         Home->installEventFilter(this);
     }
 
+    /// Raises the window, now and when the window manager has put it where it thinks fit.
     void BringToFront() {
         raise();
-        if (!windowHandle()) {
-            return;
-        }
-        if (!windowHandle()->isExposed()) {
-            // The window manager may not have it yet, and then puts it where it thinks fit.
-            RaiseIsDue = true;
-            windowHandle()->installEventFilter(this);
-        } else if (QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"))) {
-            AskForActivation();
-        }
+        RaiseIsDue = true;
+        windowHandle()->installEventFilter(this);
     }
 
 protected:
@@ -65,8 +58,21 @@ protected:
         event->setAccepted(Owner.MayUnload(FormUnloadMode::ControlMenu) && !isVisible());
     }
 
+    /// On Wayland whoever likes maximises a window, and may end a program whose window doesn't
+    /// become as large as told: one with a fixed size takes any, and gives it back at once unless
+    /// it is to fill the screen.
+    void showEvent(QShowEvent* event) override {
+        QMainWindow::showEvent(event);
+        if (QGuiApplication::platformName().startsWith(QLatin1StringView("wayland"))) {
+            windowHandle()->setMaximumSize({QWIDGETSIZE_MAX, QWIDGETSIZE_MAX});
+        }
+    }
+
     void resizeEvent(QResizeEvent* event) override {
         QMainWindow::resizeEvent(event);
+        if (!isMaximized() && !isFullScreen()) {
+            resize(size().boundedTo(maximumSize()));
+        }
         Q_EMIT Owner.Resize();
     }
 
@@ -109,18 +115,6 @@ protected:
     }
 
 private:
-    /// On Wayland a window can't raise itself, only ask in the name of the one that the user works
-    /// in. Behind a menu that has just closed there is none for a moment.
-    void AskForActivation() {
-        if (QGuiApplication::focusWindow()) {
-            windowHandle()->requestActivate();
-        } else {
-            connect(
-                qGuiApp, &QGuiApplication::focusWindowChanged, this, [this] { AskForActivation(); },
-                Qt::SingleShotConnection);
-        }
-    }
-
     QPointer<QWidget> Home;
     bool RaiseIsDue = false;
     Form& Owner;
@@ -189,9 +183,9 @@ int Form::ScaleHeight() const {
 }
 
 void Form::Show() {
-    if (pobjWindow->isMinimized()) {
-        pobjWindow->setWindowState(pobjWindow->windowState() & ~Qt::WindowMinimized);
-    }
+    // Only a window that comes anew may stand in front, minimised or not, without the keyboard.
+    pobjWindow->hide();
+    pobjWindow->setWindowState(pobjWindow->windowState() & ~Qt::WindowMinimized);
     pobjWindow->show();
 }
 

@@ -5,7 +5,6 @@
 
 #include <memory>
 
-class QAction;
 class QMainWindow;
 class QWidget;
 
@@ -60,14 +59,14 @@ public:
     int ScaleWidth() const;
     int ScaleHeight() const;
 
-    /// Shows the form, not modal. A minimised one comes back.
+    /// Shows the form anew, not modal. A minimised one comes back.
     void Show();
 
     /// Takes the form off the screen; its objects stay.
     void Hide();
 
-    /// Brings the form to the front of the window order. @p position is 0, the front; no other
-    /// exists.
+    /// Brings the form that was just shown to the front of the window order. @p position is 0, the
+    /// front; no other exists.
     void ZOrder(int position);
 
     /// Asks QueryUnload with FormUnloadMode::Code and hides the form if nothing objects. The form's
