@@ -142,6 +142,12 @@ protected:
         FilesAlsoAsText.setUrls(urls);
         FilesAlsoAsText.setText(u"file:///f/a%20b.c\nfile:///f/d.c\n"_s);
         Picture.setData(u"image/png"_s, "T");
+        for (QMimeData* link : {&Link, &Share}) {
+            const QString address = link == &Link ? u"https://a.b/c"_s : u"smb://a/b"_s;
+            link->setUrls({QUrl(address)});
+            link->setText(address);
+        }
+        Local.setUrls({QUrl(u"file://localhost/x"_s)});
     }
 
     /// Drags @p data over the box and drops it; False where the box doesn't want it.
@@ -161,7 +167,7 @@ protected:
     }
 
     const Qt::DropActions Any = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
-    QMimeData Text, Files, FilesAndText, FilesAlsoAsText, Picture;
+    QMimeData Text, Files, FilesAndText, FilesAlsoAsText, Picture, Link, Share, Local;
 };
 
 TEST_F(DropTest, IsTypedAtTheSelection) {
@@ -177,6 +183,9 @@ TEST_F(DropTest, IsTypedAtTheSelection) {
         {.Data = FilesAndText, .Offered = Any, .Start = 0, .Box = "Tabc"},
         {.Data = FilesAlsoAsText, .Offered = Any, .Start = 1, .Box = "a/f/a b.cbc"},
         {.Data = Text, .Offered = Any, .Start = 1, .Length = 1, .Box = "aT Uc"},
+        {.Data = Link, .Offered = Any, .Start = 3, .Box = "abchttps://a.b/c"},
+        {.Data = Share, .Offered = Any, .Start = 3, .Box = "abcsmb://a/b"},
+        {.Data = Local, .Offered = Any, .Start = 3, .Box = "abc/x"},
         {.Data = Files, .Offered = Any, .Start = 0, .Length = 3, .Box = "/f/a b.c"},
     };
     for (const auto& each : cases) {

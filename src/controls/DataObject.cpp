@@ -9,51 +9,35 @@ namespace rivenfall {
 
 using namespace Qt::StringLiterals;
 
-DataObjectFileList::DataObjectFileList(QStringList paths) : pobjPaths(std::move(paths)) {}
+namespace {
 
-QString DataObjectFileList::Item(int Index) const {
-    return pobjPaths.at(Index - 1);
+/// The path of the file that @p address names; empty if it names something else.
+QString PathOf(QUrl address) {
+    if (address.host() == u"localhost"_s) {
+        address.setHost({});
+    }
+    return address.toLocalFile();
 }
+
+} // namespace
 
 DataObject::DataObject(const QMimeData& data) : pobjData(data) {}
 
 bool DataObject::GetFormat(DataObjectFormat Format) const {
-    switch (Format) {
-    case DataObjectFormat::Text:
-        return !OwnText().isNull();
-    case DataObjectFormat::Files:
-        return !FilePaths().isEmpty();
-    default:
-        return false;
-    }
+    return Format == DataObjectFormat::Text ? !GetData(Format).isNull() : Files().Count() > 0;
 }
 
-QString DataObject::GetData(DataObjectFormat Format) const {
-    switch (Format) {
-    case DataObjectFormat::Text:
-        return OwnText();
-    case DataObjectFormat::Files:
-        return FilePaths().join(u'\n');
-    default:
-        return {};
-    }
-}
-
-DataObjectFileList DataObject::Files() const {
-    return DataObjectFileList(FilePaths());
-}
-
-QStringList DataObject::FilePaths() const {
-    QStringList paths;
+StringList DataObject::Files() const {
+    StringList paths;
     for (const QUrl& address : pobjData.urls()) {
-        if (address.isLocalFile()) {
-            paths += address.toLocalFile();
+        if (const QString path = PathOf(address); !path.isEmpty()) {
+            paths.Add(path, false);
         }
     }
     return paths;
 }
 
-QString DataObject::OwnText() const {
+QString DataObject::GetData(DataObjectFormat) const {
     // QMimeData::hasText also speaks for a mere list of files.
     if (!pobjData.hasFormat(u"text/plain"_s) &&
         !pobjData.hasFormat(u"text/plain;charset=utf-8"_s)) {
@@ -61,13 +45,13 @@ QString DataObject::OwnText() const {
     }
     const QString text = pobjData.text();
     const QList<QUrl> addresses = pobjData.urls();
-    QStringList lines = text.split(u'\n', Qt::SkipEmptyParts);
+    const QStringList lines = text.split(u'\n', Qt::SkipEmptyParts);
     const bool repeatsFiles =
-        !addresses.isEmpty() && lines.size() == addresses.size() &&
+        Files().Count() > 0 && lines.size() == addresses.size() &&
         std::equal(lines.begin(), lines.end(), addresses.begin(),
                    [](const QString& line, const QUrl& address) {
                        const QString place = line.trimmed();
-                       return QUrl(place) == address || place == address.toLocalFile();
+                       return QUrl(place) == address || place == PathOf(address);
                    });
     return repeatsFiles ? QString() : text.isNull() ? QLatin1StringView("") : text;
 }

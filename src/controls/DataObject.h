@@ -1,8 +1,9 @@
 #pragma once
 
+#include "support/StringList.h"
+
 #include <QFlags>
 #include <QString>
-#include <QStringList>
 
 class QMimeData;
 
@@ -22,19 +23,6 @@ enum class DropEffect {
 };
 using DropEffects = QFlags<DropEffect>;
 
-/// The files of a drag, numbered from 1.
-class DataObjectFileList {
-public:
-    /// The files at the full paths @p paths.
-    explicit DataObjectFileList(QStringList paths);
-
-    /// The full path of the file at @p Index, 1 to Count.
-    QString Item(int Index) const;
-
-private:
-    QStringList pobjPaths;
-};
-
 /// What a drag carries. Lives as long as the event that hands it over.
 class DataObject {
 public:
@@ -45,17 +33,13 @@ public:
     /// files are, as file managers add it, doesn't count as one.
     bool GetFormat(DataObjectFormat Format) const;
 
-    /// The data in the format @p Format: the text, or the files' paths, one on a line. Empty for
-    /// a format that the drag doesn't carry.
+    /// The text that the drag carries, the one format that is a text; null if it carries none.
     QString GetData(DataObjectFormat Format) const;
 
-    /// The files that the drag carries; empty if it carries none.
-    DataObjectFileList Files() const;
+    /// The full paths of the files that the drag carries; empty if it carries none.
+    StringList Files() const;
 
 private:
-    QStringList FilePaths() const;
-    QString OwnText() const;
-
     const QMimeData& pobjData;
 };
 
