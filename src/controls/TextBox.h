@@ -32,7 +32,7 @@ public:
     /// The whole text. Writing raises Change if the text becomes another. The caret goes behind the
     /// text, or before one that is too long to be seen whole; it stays where the user types and
     /// the text is the same. A text longer than any program can be handed is shown by its beginning
-    /// alone and can't be changed: laying one of 20 million characters out takes 20 seconds.
+    /// alone, behind an empty line: what the user brings in replaces the whole.
     QString Text() const;
     void SetText(const QString& text);
 
@@ -59,7 +59,7 @@ Q_SIGNALS:
                      int Shift, int X, int Y);
 
 private:
-    /// The text while it is too long for the line; else null.
+    /// The text that is too long for the line, until another comes; else null.
     QString pstrLongText;
 };
 
