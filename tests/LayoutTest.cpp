@@ -1,16 +1,18 @@
 #include "WindowDriver.h"
 
+#include "controls/Twips.h"
+
 #include <QAbstractButton>
 
 using namespace rivenfall;
 
 namespace {
 
-/// A program on a desktop whose letters are twice as large and whose style has high tabs.
+/// A program on a desktop whose letters are a quarter larger and whose style has high tabs.
 struct LargeDesktop {
     LargeDesktop() {
         QFont large = Former;
-        large.setPixelSize(24);
+        large.setPixelSize(15);
         QApplication::setFont(large);
         qApp->setStyleSheet(u"QTabBar::tab { height: 70px }"_s);
     }
@@ -23,13 +25,23 @@ struct LargeDesktop {
 
 class LayoutTest : private LargeDesktop, public WindowTest {};
 
+TEST_F(LayoutTest, StopsWhereTheScreenEnds) {
+    QFont huge;
+    huge.setPixelSize(85);
+    QApplication::setFont(huge);
+    const QSize free = Window().Window()->screen()->availableSize();
+    EXPECT_LE(PixelsFromTwips(8655), free.width());
+    EXPECT_LE(PixelsFromTwips(5295), free.height() - 5 * 85);
+    EXPECT_GE(PixelsFromTwips(5295), 353);
+}
+
 TEST_F(LayoutTest, GrowsWithTheLettersOfTheSystem) {
     QMenuBar* bar = Window().Window()->menuBar();
-    EXPECT_EQ(Window().Client()->size(), QSize(2 * 577, 2 * 353));
-    EXPECT_EQ(Box()->size(), QSize(2 * 337, 2 * 19));
-    EXPECT_EQ(Box()->fontInfo().pixelSize(), 21);
-    EXPECT_EQ(bar->fontInfo().pixelSize(), 24);
-    EXPECT_EQ(bar->actions()[0]->menu()->fontInfo().pixelSize(), 24);
+    EXPECT_EQ(Window().Client()->size(), QSize(721, 441));
+    EXPECT_EQ(Box()->size(), QSize(421, 24));
+    EXPECT_EQ(Box()->fontInfo().pixelSize(), 13);
+    EXPECT_EQ(bar->fontInfo().pixelSize(), 15);
+    EXPECT_EQ(bar->actions()[0]->menu()->fontInfo().pixelSize(), 15);
     for (const QAbstractButton* button : Window().Client()->findChildren<QAbstractButton*>())
         EXPECT_LE(button->fontMetrics().horizontalAdvance(button->text()), button->width());
     EXPECT_LE(Tabs()->mapTo(Window().Client(), QPoint(0, Tabs()->height())).y(),
