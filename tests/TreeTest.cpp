@@ -1,4 +1,5 @@
 #include "tree/RowText.h"
+#include "tree/TreeRowDelegate.h"
 #include "tree/TreeView.h"
 
 #include <QAccessible>
@@ -182,6 +183,20 @@ TEST_F(TreeTest, RowsShowWhatFitsAndHideNothing) {
     QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(View());
     EXPECT_EQ(tree->child(1)->text(QAccessible::Name), u"rm \u202eexe");
     EXPECT_LT(tree->child(2)->text(QAccessible::Name).size(), 2000);
+}
+
+TEST(TreeRowTest, KeepsItsOrderWhereTheLayoutRunsFromRightToLeft) {
+    QTextOption option;
+    option.setTextDirection(Qt::RightToLeft);
+    QTextLayout layout(TreeRowDelegate(nullptr).displayText(u"--O2"_s, {}));
+    layout.setTextOption(option);
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    const auto between = [&](const QString& pair) {
+        return line.cursorToX(int(layout.text().indexOf(pair)) + 1);
+    };
+    EXPECT_LT(between(u"--"_s), between(u"O2"_s));
 }
 
 TEST(RowTextTest, ShowsWhatWouldDeceive) {

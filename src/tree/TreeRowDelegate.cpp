@@ -16,7 +16,8 @@ QRect TreeRowDelegate::CheckBox(QStyleOptionViewItem option, const QModelIndex& 
 }
 
 QString TreeRowDelegate::displayText(const QVariant& value, const QLocale&) const {
-    return RowText(value.toString());
+    // An option keeps its dash in front where the layout runs from right to left.
+    return u'\u2066' + RowText(value.toString());
 }
 
 QSize TreeRowDelegate::sizeHint(const QStyleOptionViewItem& option,
