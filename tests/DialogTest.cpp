@@ -83,6 +83,15 @@ TEST_F(DialogTest, EveryRoadToASaveAsksBeforeItReplacesAFile) {
     }
 }
 
+TEST_F(DialogTest, ANameEndsInTheExtension) {
+    Open("a");
+    for (const char* chosen : {"v1.2", "old.TVQ", ".hidden"}) {
+        Act(u"pick:%1 file:A"_s.arg(QLatin1String(chosen)));
+    }
+    EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name),
+              (QStringList{u".hidden.tvq"_s, u"document.tvq"_s, u"old.TVQ"_s, u"v1.2.tvq"_s}));
+}
+
 TEST_F(DialogTest, StartsWhereTheUserCanWrite) {
     FileDialog dialog;
     dialog.SetDocument(Path(u"doc.tvq"_s));

@@ -192,9 +192,9 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files).size(), 1);
         EXPECT_EQ(TakeAsked(), "The file " + path.toStdString() +
                                    " can't be saved: File too large.|48|" + Title);
-        QDir(Folder.path()).mkdir(u"folder"_s);
+        QDir(Folder.path()).mkdir(u"folder.tvq"_s);
         mkfifo(Path(u"pipe.tvq"_s).toUtf8().constData(), 0600);
-        for (const char* place : {"folder", "pipe.tvq", "gone/new.tvq", "old.tvq/new.tvq"}) {
+        for (const char* place : {"folder.tvq", "pipe.tvq", "gone/new.tvq", "old.tvq/new.tvq"}) {
             TheUser.Files = {Path(QLatin1StringView(place))};
             EXPECT_FALSE(Program().FileSaveAs()) << place;
             EXPECT_TRUE(TheUser.Asked.last().startsWith(

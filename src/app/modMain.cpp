@@ -20,7 +20,9 @@ void Main() {
     tokens.SetText(JoinCommandLine(App::Arguments()));
     if (tokens.Count() > 0) {
         // A run may change the current directory; the document's path must not depend on it.
-        GlobalApplication()->FileOpen(FullPath(tokens.Item(1)));
+        // Without a name the user is asked for one.
+        const QString name = tokens.Item(1);
+        GlobalApplication()->FileOpen(name.isEmpty() ? name : FullPath(name));
     }
 }
 

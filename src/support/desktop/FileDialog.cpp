@@ -74,8 +74,8 @@ QString FileDialog::AskUser(FileDialogPurpose purpose, const QString& start) con
 }
 
 QString FileDialog::WithExtension(const QString& path) const {
-    const QFileInfo file(path);
-    const bool complete = path.isEmpty() || file.isDir() || file.fileName().contains(u'.');
+    const bool complete =
+        path.isEmpty() || path.endsWith(pstrDefaultExtension, Qt::CaseInsensitive);
     return complete ? path : path + pstrDefaultExtension;
 }
 

@@ -22,7 +22,7 @@ public:
     /// Without a meaning on this platform.
     void SetDialogFlag2(bool) {}
 
-    /// The extension, with its point, that a name chosen without one gets.
+    /// The extension, with its point, that a name chosen without it gets.
     void SetDefaultExtension(const QString& extension) { pstrDefaultExtension = extension; }
 
     /// The dialog's caption.
