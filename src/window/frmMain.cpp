@@ -37,11 +37,9 @@ frmMain::frmMain()
     for (Menu* entry : {&mnuFileSave, &mnuFileSaveAs, &mnuFileRun}) {
         entry->SetEnabled(false);
     }
-    for (Control* control : {static_cast<Control*>(&tabContent), static_cast<Control*>(&tvwContent),
-                             static_cast<Control*>(&udnMove), static_cast<Control*>(&cmdNew),
-                             static_cast<Control*>(&cmdRemove), static_cast<Control*>(&txtValue),
-                             static_cast<Control*>(&txtDescription), static_cast<Control*>(&cmdOK),
-                             static_cast<Control*>(&cmdCancel)}) {
+    for (Control* control :
+         std::initializer_list<Control*>{&tabContent, &tvwContent, &udnMove, &cmdNew, &cmdRemove,
+                                         &txtValue, &txtDescription, &cmdOK, &cmdCancel}) {
         control->SetEnabled(false);
     }
     txtDescription.SetVisible(false);
