@@ -8,6 +8,8 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,7 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int CommandCount = 100;
-constexpr int LongOutput = 100'000'000;
+constexpr int OutputSize = 100'000'000;
 constexpr int TemplateCount = 2'000;
 constexpr int TemplateItems = 10;
 constexpr int VariableCount = 1'000;
@@ -27,17 +29,18 @@ constexpr qint64 TemplateOutput = qint64(TemplateCount) * 100;
 
 using Variables = std::vector<std::pair<QString, QString>>;
 
-/// The same command lines and variables, as a document for the runner and as a file for make.
+/// Where the output of a run goes.
+enum class Sink { Pipe, File, Null };
+
+/// A document, and the same command lines as a file for make.
 class Chain {
 public:
     explicit Chain(const std::vector<QStringList>& commands, const Variables& variables = {}) {
         DocumentContent content;
-        QString lines;
         for (const auto& [name, value] : variables) {
             content.Variables.Add(name)->Childs()->Add(value);
-            lines += name + u" = "_s + value + u'\n';
         }
-        lines += u"all:\n"_s;
+        QString lines = u"all:\n"_s;
         for (const QStringList& items : commands) {
             const auto compiler = content.Compilers.Add(items.first());
             for (const QString& item : items.sliced(1)) {
@@ -54,11 +57,9 @@ public:
         }
     }
 
-    Chain(int count, const QStringList& items)
-        : Chain(std::vector<QStringList>(static_cast<size_t>(count), items)) {}
-
     QString Document() const { return Folder.filePath(u"chain.tvq"_s); }
     QString MakeFile() const { return Folder.filePath(u"chain.mk"_s); }
+    QString OutputFile() const { return Folder.filePath(u"output"_s); }
 
 private:
     QTemporaryDir Folder;
@@ -96,7 +97,7 @@ private:
     }
 };
 
-/// Starts @p commandLine and reads its output to the end. Gives the number of bytes.
+/// Carries out @p commandLine and reads its output to the end. Gives the number of bytes.
 qint64 ReadAll(const QString& commandLine) {
     Handle input = 0;
     Handle output = 0;
@@ -118,6 +119,17 @@ qint64 ReadAll(const QString& commandLine) {
     return total;
 }
 
+/// Carries out @p commandLine with the file @p path for its output.
+bool WriteTo(const QString& path, const QString& commandLine) {
+    const Handle file = open(QFile::encodeName(path).constData(),
+                             O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    Handle process = 0;
+    const bool started = CreateProcess(commandLine, {STDIN_FILENO, file, STDERR_FILENO}, process);
+    CloseHandle(file);
+    waitpid(process, nullptr, 0);
+    return started;
+}
+
 void Measure(benchmark::State& state, const QString& commandLine, qint64 leastOutput) {
     for (auto _ : state) {
         if (ReadAll(commandLine) < leastOutput) {
@@ -127,30 +139,41 @@ void Measure(benchmark::State& state, const QString& commandLine, qint64 leastOu
     }
 }
 
-void ByRunner(benchmark::State& state, int count, const QStringList& items, qint64 leastOutput) {
-    const Chain chain(count, items);
-    Measure(state, QString::fromUtf8(RIVENFALL_RUNNER " %1").arg(chain.Document()), leastOutput);
+QString ByRunner(const Chain& chain) {
+    return QString::fromUtf8(RIVENFALL_RUNNER " %1").arg(chain.Document());
 }
 
-void ByMake(benchmark::State& state, int count, const QStringList& items, qint64 leastOutput) {
-    const Chain chain(count, items);
-    Measure(state, u"make -s -f %1"_s.arg(chain.MakeFile()), leastOutput);
+QString ByMake(const Chain& chain) {
+    return u"make -s -f %1"_s.arg(chain.MakeFile());
 }
 
-void DryRun(benchmark::State& state) {
+void RunNothing(benchmark::State& state, int count, QString (*call)(const Chain&)) {
+    const Chain chain(std::vector<QStringList>(static_cast<size_t>(count), {u"/bin/true"_s}));
+    Measure(state, call(chain), 0);
+}
+
+void RunOutput(benchmark::State& state, Sink sink, QString (*call)(const Chain&)) {
+    const Chain chain({{u"head"_s, u"-c"_s, QString::number(OutputSize), u"/dev/zero"_s}});
+    if (sink == Sink::Pipe) {
+        Measure(state, call(chain), OutputSize);
+        return;
+    }
+    const QString path = sink == Sink::Null ? u"/dev/null"_s : chain.OutputFile();
+    for (auto _ : state) {
+        if (!WriteTo(path, call(chain)) ||
+            (sink == Sink::File && QFile(path).size() < OutputSize)) {
+            state.SkipWithError("output is missing");
+            break;
+        }
+    }
+}
+
+void DryRun(benchmark::State& state, const char* option) {
     const Template chain;
-    Measure(state, QString::fromUtf8(RIVENFALL_RUNNER " -n %1").arg(chain.Document()),
+    Measure(state,
+            QString::fromUtf8(RIVENFALL_RUNNER " %1 %2")
+                .arg(QString::fromUtf8(option), chain.Document()),
             TemplateOutput);
-}
-
-void PrintTemplate(benchmark::State& state) {
-    const Template chain;
-    Measure(state, QString::fromUtf8(RIVENFALL_RUNNER " -p %1").arg(chain.Document()), 1);
-}
-
-/// A command that writes @p count bytes.
-QStringList Writing(int count) {
-    return {u"head"_s, u"-c"_s, QString::number(count), u"/dev/zero"_s};
 }
 
 void Runs(benchmark::internal::Benchmark* work) {
@@ -159,13 +182,17 @@ void Runs(benchmark::internal::Benchmark* work) {
 
 } // namespace
 
-BENCHMARK_CAPTURE(ByRunner, Hundred, CommandCount, {u"/bin/true"_s}, 0)->Apply(Runs);
-BENCHMARK_CAPTURE(ByMake, Hundred, CommandCount, {u"/bin/true"_s}, 0)->Apply(Runs);
-BENCHMARK_CAPTURE(ByRunner, One, 1, {u"/bin/true"_s}, 0)->Apply(Runs);
-BENCHMARK_CAPTURE(ByMake, One, 1, {u"/bin/true"_s}, 0)->Apply(Runs);
-BENCHMARK_CAPTURE(ByRunner, LongOutput, 1, Writing(LongOutput), LongOutput)->Apply(Runs);
-BENCHMARK_CAPTURE(ByMake, LongOutput, 1, Writing(LongOutput), LongOutput)->Apply(Runs);
-BENCHMARK(DryRun)->Apply(Runs);
-BENCHMARK(PrintTemplate)->Apply(Runs);
+BENCHMARK_CAPTURE(RunNothing, HundredByRunner, CommandCount, ByRunner)->Apply(Runs);
+BENCHMARK_CAPTURE(RunNothing, HundredByMake, CommandCount, ByMake)->Apply(Runs);
+BENCHMARK_CAPTURE(RunNothing, OneByRunner, 1, ByRunner)->Apply(Runs);
+BENCHMARK_CAPTURE(RunNothing, OneByMake, 1, ByMake)->Apply(Runs);
+BENCHMARK_CAPTURE(RunOutput, PipeByRunner, Sink::Pipe, ByRunner)->Apply(Runs);
+BENCHMARK_CAPTURE(RunOutput, PipeByMake, Sink::Pipe, ByMake)->Apply(Runs);
+BENCHMARK_CAPTURE(RunOutput, FileByRunner, Sink::File, ByRunner)->Apply(Runs);
+BENCHMARK_CAPTURE(RunOutput, FileByMake, Sink::File, ByMake)->Apply(Runs);
+BENCHMARK_CAPTURE(RunOutput, NullByRunner, Sink::Null, ByRunner)->Apply(Runs);
+BENCHMARK_CAPTURE(RunOutput, NullByMake, Sink::Null, ByMake)->Apply(Runs);
+BENCHMARK_CAPTURE(DryRun, Commands, "-n")->Apply(Runs);
+BENCHMARK_CAPTURE(DryRun, Document, "-p")->Apply(Runs);
 
 } // namespace rivenfall
