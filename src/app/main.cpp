@@ -4,6 +4,7 @@
 #include "support/Title.h"
 #include "system/OpenStreams.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -39,6 +40,8 @@ QString AnswerTo(std::string_view argument) {
 
 int main(int argc, char** argv) {
     rivenfall::OpenStandardStreams();
+    // A limit on the size of files is told like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
     if (const QString answer = argc == 2 ? AnswerTo(argv[1]) : QString(); !answer.isEmpty()) {
         std::fputs(qUtf8Printable(answer), stdout);
         return std::fflush(stdout) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -9,6 +9,7 @@
 #include "system/CurrentDirectory.h"
 #include "system/OpenStreams.h"
 
+#include <csignal>
 #include <new>
 
 namespace rivenfall {
@@ -120,6 +121,8 @@ Status Main(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     rivenfall::OpenStandardStreams();
+    // A limit on the size of files is told like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return static_cast<int>(rivenfall::Main(argc, argv));
     } catch (const std::bad_alloc&) {
