@@ -4,93 +4,86 @@
 
 #include <cerrno>
 #include <dlfcn.h>
+#include <utility>
 
 namespace {
 
-int CallsToGo = 0;
-int Error = 0;
-bool Lasting = false;
+std::function<int(const std::string&)> ErrorOf;
 bool Armed = false;
-const char* FirstFailed = nullptr;
-std::string AllCalls;
+int Copy = -1;
 
 bool Fails(const char* name) {
-    if (Armed) {
-        AllCalls += name;
-    }
-    if (!Armed || --CallsToGo > 0 || (CallsToGo < 0 && !Lasting)) {
+    if (!std::exchange(Armed, false)) {
         return false;
     }
-    FirstFailed = FirstFailed ? FirstFailed : name;
-    errno = Error;
-    return true;
+    const int error = ErrorOf(name);
+    Armed = true;
+    errno = error != 0 ? error : errno;
+    return error != 0;
 }
 
-template <typename Function>
-Function Real(const char* name) {
-    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+/// What the kernel's call itself gives. All that a call takes are words.
+template <typename... Words>
+long Real(const char* name, Words... words) {
+    return reinterpret_cast<long (*)(Words...)>(dlsym(RTLD_NEXT, name))(words...);
 }
 
 } // namespace
 
-// The names are those of the calls, and the macro makes functions.
-// NOLINTBEGIN(readability-identifier-naming, bugprone-macro-parentheses)
+// The names are those of the calls.
+// NOLINTBEGIN(readability-identifier-naming)
 
-#define CALL(Result, Name, Parameters, Arguments)                                                  \
-    extern "C" Result Name Parameters {                                                            \
-        static const auto real = Real<Result(*) Parameters>(#Name);                                \
-        return Fails(#Name) ? -1 : real Arguments;                                                 \
+#define CALL(Name)                                                                                 \
+    extern "C" long Name(long a, long b, long c, long d, long e) {                                 \
+        return Fails(#Name) ? -1 : Real(#Name, a, b, c, d, e);                                     \
     }
 
-CALL(int, openat, (int at, const char* path, int flags, unsigned mode), (at, path, flags, mode))
-CALL(int, stat, (const char* path, void* status), (path, status))
-CALL(int, fstat, (int file, void* status), (file, status))
-CALL(long, readlink, (const char* path, char* text, unsigned long size), (path, text, size))
-CALL(long, pread, (int file, void* bytes, unsigned long size, long at), (file, bytes, size, at))
-CALL(long, pwrite, (int file, const void* bytes, unsigned long size, long at),
-     (file, bytes, size, at))
-CALL(int, fallocate, (int file, int mode, long at, long size), (file, mode, at, size))
-CALL(int, ftruncate, (int file, long size), (file, size))
-CALL(int, fchown, (int file, unsigned user, unsigned group), (file, user, group))
-CALL(int, fchmod, (int file, unsigned mode), (file, mode))
-CALL(long, flistxattr, (int file, char* names, unsigned long size), (file, names, size))
-CALL(long, fgetxattr, (int file, const char* name, void* value, unsigned long size),
-     (file, name, value, size))
-CALL(int, fsetxattr, (int file, const char* name, const void* value, unsigned long size, int flags),
-     (file, name, value, size, flags))
-CALL(int, fremovexattr, (int file, const char* name), (file, name))
-CALL(int, renameat, (int at, const char* from, int folder, const char* to), (at, from, folder, to))
-CALL(int, renameat2, (int at, const char* from, int folder, const char* to, unsigned flags),
-     (at, from, folder, to, flags))
-CALL(int, unlinkat, (int at, const char* path, int flags), (at, path, flags))
-CALL(int, syncfs, (int file), (file))
+CALL(fstat)
+CALL(readlinkat)
+CALL(pread)
+CALL(pwrite)
+CALL(ftruncate)
+CALL(fchown)
+CALL(fchmod)
+CALL(flistxattr)
+CALL(fgetxattr)
+CALL(fsetxattr)
+CALL(fremovexattr)
+CALL(linkat)
+CALL(unlinkat)
+CALL(syncfs)
+
+extern "C" int renameat(int at, const char* from, int folder, const char* to) noexcept {
+    return Fails("renameat") ? -1 : static_cast<int>(Real("renameat", at, from, folder, to));
+}
+
+extern "C" long openat(long a, long b, long c, long d) {
+    constexpr long Unnamed = 020000000;
+    return Fails((c & Unnamed) != 0 ? "O_TMPFILE" : "openat") ? -1 : Real("openat", a, b, c, d);
+}
 
 /// A disk takes its time for a sync; nobody takes the power away here.
-extern "C" int fsync(int file) {
-    static const auto real = Real<int (*)(int)>("fsync");
-    return Fails("fsync") ? -1 : Armed ? 0 : real(file);
+extern "C" long fsync(long a) {
+    const bool armed = Armed;
+    return Fails("fsync") ? -1 : armed ? 0 : Real("fsync", a);
 }
 
-/// Closes in any case, as the kernel does. It doesn't fail for a descriptor that stands for a place
-/// alone (O_PATH): nothing can have been written by it.
-extern "C" int close(int file) {
-    static const auto real = Real<int (*)(int)>("close");
-    static const auto control = Real<int (*)(int, int, ...)>("fcntl");
-    constexpr int GetFlags = 3, PlaceAlone = 010000000;
-    const bool fails = (control(file, GetFlags) & PlaceAlone) == 0 && Fails("close");
-    const int error = errno, result = real(file);
-    errno = fails ? error : errno;
-    return fails ? -1 : result;
+extern "C" long dup(long a) {
+    return Fails("dup") ? -1 : Copy = static_cast<int>(Real("dup", a));
 }
+
+/// Closes in any case, as the kernel does. Only a copy's closing is for what it tells.
+extern "C" long close(long a) {
+    const long result = Real("close", a);
+    return static_cast<int>(a) == Copy && Fails("close") ? -1 : result;
+}
+
+// NOLINTEND(readability-identifier-naming)
 
 namespace rivenfall {
 
-FailingCalls::FailingCalls(int number, int error, bool lasting) {
-    CallsToGo = number;
-    Error = error;
-    Lasting = lasting;
-    FirstFailed = nullptr;
-    AllCalls.clear();
+FailingCalls::FailingCalls(std::function<int(const std::string&)> error) {
+    ErrorOf = std::move(error);
     Armed = true;
 }
 
@@ -98,14 +91,4 @@ FailingCalls::~FailingCalls() {
     Armed = false;
 }
 
-std::string FailingCalls::First() const {
-    return FirstFailed ? FirstFailed : "";
-}
-
-const std::string& FailingCalls::Calls() const {
-    return AllCalls;
-}
-
 } // namespace rivenfall
-
-// NOLINTEND(readability-identifier-naming, bugprone-macro-parentheses)

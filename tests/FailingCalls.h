@@ -1,25 +1,20 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 namespace rivenfall {
 
-/// While it lives, a call of the kernel about files fails, in this whole program: the call number
-/// @p number from now on, counted from 1, and with @p lasting every later one. No sync reaches the
-/// disk.
+/// While it lives, whatever asks the kernel about files in this program asks it first: it gets the
+/// call's name and gives the error number that the call is to fail with, or 0. No sync reaches the
+/// disk. An opening of a file without a name is told as "O_TMPFILE".
 class FailingCalls {
 public:
-    FailingCalls(int number, int error, bool lasting = false);
+    explicit FailingCalls(std::function<int(const std::string& name)> error);
     ~FailingCalls();
 
     FailingCalls(const FailingCalls&) = delete;
     FailingCalls& operator=(const FailingCalls&) = delete;
-
-    /// The name of the first call that failed; empty if none did.
-    std::string First() const;
-
-    /// The names of all calls until now, without anything between them.
-    const std::string& Calls() const;
 };
 
 } // namespace rivenfall

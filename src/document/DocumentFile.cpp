@@ -5,10 +5,8 @@
 #include "files/FileError.h"
 #include "files/FilePath.h"
 #include "files/FileSaving.h"
+#include "files/OpenFile.h"
 #include "system/Memory.h"
-
-#include <QFile>
-#include <QFileInfo>
 
 #include <new>
 
@@ -28,38 +26,18 @@ constexpr QLatin1StringView OutOfMemory("it takes more memory than there is");
 /// where somebody made it to be costly.
 constexpr qint64 LargestFile = 64LL << 20;
 
-/// The bits of an image's first byte that tell a map.
-constexpr char MapMask = '\xE0';
-constexpr char MapHead = '\xA0';
-
-/// The bytes of the file. Throws PropertyBagError or FileError, before it takes memory for a file
-/// that can't be a document.
+/// The bytes of the file. Throws FileError, before it takes memory for a file that can't be a
+/// document.
 QByteArray ReadBytes(const QString& fileName) {
-    PathBytes(fileName);
-    QFile file(fileName);
-    const QFileInfo place(fileName);
-    // Opening a pipe or a device could wait for ever.
-    if (place.exists() && !place.isFile()) {
-        throw PropertyBagError{place.isDir() ? u"it is a folder"_s : u"it is no ordinary file"_s};
+    const OpenFile file = OpenOrdinary(AT_FDCWD, PathBytes(fileName), O_RDONLY);
+    const off_t size = file.Status().st_size;
+    if (size > LargestFile) {
+        throw FileError{u"it is larger than any document"_s};
     }
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw PropertyBagError{file.errorString()};
+    if (size == 0) {
+        throw FileError{u"it is empty"_s};
     }
-    if (file.size() > LargestFile) {
-        throw PropertyBagError{u"it is larger than any document"_s};
-    }
-    char first = 0;
-    if (file.peek(&first, 1) == 1 && (first & MapMask) != MapHead) {
-        throw PropertyBagError{u"it is not a document of this program"_s};
-    }
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        throw PropertyBagError{file.errorString()};
-    }
-    if (bytes.isEmpty()) {
-        throw PropertyBagError{u"it is empty"_s};
-    }
-    return bytes;
+    return file.Read();
 }
 
 void LoadContent(const QString& fileName, DocumentContent& content) {

@@ -10,7 +10,7 @@ FileError FileErrorOf(int number) {
 }
 
 bool IsRefusal(const FileError& error) {
-    constexpr int Refusals[] = {EACCES, EPERM, EROFS, EBUSY, EINVAL, ENOTSUP};
+    constexpr int Refusals[] = {EACCES, EPERM, EROFS, EBUSY, EINVAL, ENOTSUP, ENOSYS};
     return std::find(std::begin(Refusals), std::end(Refusals), error.Number) != std::end(Refusals);
 }
 

@@ -2,7 +2,9 @@
 
 #include "files/FileError.h"
 
+#include <climits>
 #include <filesystem>
+#include <optional>
 #include <unistd.h>
 
 namespace rivenfall {
@@ -12,14 +14,31 @@ namespace {
 /// As many links as the kernel follows.
 constexpr int MostLinks = 40;
 
-void SyncFolder(const OpenFile& folder) {
+/// Where the link @p name in @p folder leads; nothing where there is no link.
+std::optional<std::string> TargetOf(const OpenFile& folder, const QByteArray& name) {
     try {
-        folder.Sync();
+        const OpenFile link(folder.Descriptor(), name, O_PATH | O_NOFOLLOW);
+        const struct stat status = link.Status();
+        if (!S_ISLNK(status.st_mode)) {
+            return {};
+        }
+        // In a folder that all may write, the kernel follows no link that somebody else may have
+        // set as a trap. Whoever follows links without it has to see to that.
+        constexpr mode_t Everybodys = S_ISVTX | S_IWOTH;
+        const struct stat around = folder.Status();
+        if ((around.st_mode & Everybodys) == Everybodys && status.st_uid != geteuid() &&
+            status.st_uid != around.st_uid) {
+            throw FileErrorOf(EACCES);
+        }
+        std::string target(PATH_MAX, '\0');
+        target.resize(static_cast<size_t>(
+            Checked(readlinkat(link.Descriptor(), "", target.data(), target.size()))));
+        return target;
     } catch (const FileError& error) {
-        // Some file systems have nothing to sync in a folder.
-        if (error.Number != EINVAL && error.Number != ENOTSUP) {
+        if (error.Number != ENOENT) {
             throw;
         }
+        return {};
     }
 }
 
@@ -28,18 +47,14 @@ void SyncFolder(const OpenFile& folder) {
 FilePlace PlaceOf(const QByteArray& path) {
     std::filesystem::path place(path.toStdString());
     for (int links = 0; links <= MostLinks; ++links) {
-        std::error_code error;
-        const std::filesystem::path target = std::filesystem::read_symlink(place, error);
-        if (!error) {
-            place = place.parent_path() / target;
-            continue;
+        const std::string parent = place.has_parent_path() ? place.parent_path().string() : ".";
+        OpenFile folder(AT_FDCWD, QByteArray::fromStdString(parent), O_PATH | O_DIRECTORY);
+        const QByteArray name = QByteArray::fromStdString(place.filename().string());
+        const std::optional<std::string> target = TargetOf(folder, name);
+        if (!target) {
+            return {std::move(folder), name};
         }
-        if (error != std::errc::invalid_argument && error != std::errc::no_such_file_or_directory) {
-            throw FileErrorOf(error.value());
-        }
-        const std::string folder = place.has_parent_path() ? place.parent_path().string() : ".";
-        return {OpenFile(AT_FDCWD, QByteArray::fromStdString(folder), O_PATH | O_DIRECTORY),
-                QByteArray::fromStdString(place.filename().string())};
+        place = place.parent_path() / *target;
     }
     throw FileErrorOf(ELOOP);
 }
@@ -47,17 +62,14 @@ FilePlace PlaceOf(const QByteArray& path) {
 void SyncNames(const FilePlace& place) {
     const int folder = place.Folder.Descriptor();
     try {
-        OpenFile listing(folder, ".", O_RDONLY | O_DIRECTORY);
-        SyncFolder(listing);
-        listing.Close();
+        OpenFile(folder, ".", O_RDONLY | O_DIRECTORY).Sync();
     } catch (const FileError& error) {
-        if (error.Number != EACCES) {
+        if (!IsRefusal(error)) {
             throw;
         }
-        // The folder lets files be made but not listed. Then all of its file system is synced.
-        OpenFile file(folder, place.Name, O_RDONLY | O_NOFOLLOW);
+        // The folder can't be listed, or not be synced alone. Then all of its file system is.
+        const OpenFile file = OpenOrdinary(folder, place.Name, O_RDONLY | O_NOFOLLOW);
         Checked(syncfs(file.Descriptor()));
-        file.Close();
     }
 }
 

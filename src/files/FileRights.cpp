@@ -46,9 +46,12 @@ void CopyAttributes(const OpenFile& from, const OpenFile& to) {
     const Attributes wanted = AttributesOf(from);
     const Attributes present = AttributesOf(to);
     for (auto own = present.cbegin(); own != present.cend(); ++own) {
-        // A folder may hand its own list down to whatever is made in it.
-        if (!wanted.contains(own.key())) {
-            Checked(fremovexattr(to.Descriptor(), own.key().constData()));
+        // A folder may hand its own list down to whatever is made in it. Some file systems show a
+        // list under a second name, which goes along with the first.
+        if (!wanted.contains(own.key()) &&
+            fremovexattr(to.Descriptor(), own.key().constData()) < 0 && errno != ENODATA &&
+            errno != ENOTSUP) {
+            throw FileErrorOf(errno);
         }
     }
     for (auto other = wanted.cbegin(); other != wanted.cend(); ++other) {

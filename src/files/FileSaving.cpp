@@ -23,156 +23,110 @@ using namespace Qt::StringLiterals;
 /// What a file holds that is to be written over stays in memory meanwhile. No document is longer.
 constexpr off_t LargestOverwritten = 1LL << 30;
 
-/// A new file beside the one that it is for, under a name that no other file has. It goes with this
-/// object, unless the name was given away.
-class PassingFile {
-public:
-    PassingFile(const FilePlace& place, mode_t mode)
-        : Folder(place.Folder.Descriptor()),
-          PassingName(".rivenfall-" +
-                      QByteArray::number(QRandomGenerator::system()->generate64(), 16)),
-          File(Folder, PassingName, O_RDWR | O_CREAT | O_EXCL, mode) {}
-
-    ~PassingFile() {
-        if (!PassingName.isEmpty()) {
-            unlinkat(Folder, PassingName.constData(), 0);
-        }
-    }
-
-    PassingFile(const PassingFile&) = delete;
-    PassingFile& operator=(const PassingFile&) = delete;
-
-    void Remove() {
-        Checked(unlinkat(Folder, Name(), 0));
-        GiveNameAway();
-    }
-
-    const char* Name() const { return PassingName.constData(); }
-    QByteArray GiveNameAway() { return std::exchange(PassingName, {}); }
-
-private:
-    const int Folder;
-    QByteArray PassingName;
-
-public:
-    OpenFile File;
+/// A new file beside the one that it is for.
+struct PassingFile {
+    std::optional<OpenFile> File;
+    /// Empty as long as it has none: then it goes with this process.
+    QByteArray Name;
 };
 
-void RefuseUnlessOrdinary(const struct stat& status) {
-    if (S_ISDIR(status.st_mode)) {
-        throw FileError{u"it is a folder"_s};
-    }
-    if (!S_ISREG(status.st_mode)) {
-        throw FileError{u"it is no ordinary file"_s};
-    }
+QByteArray UnusedName() {
+    return ".rivenfall-" + QByteArray::number(QRandomGenerator::system()->generate64(), 16);
 }
 
-OpenFile OpenFormer(const FilePlace& place) {
-    OpenFile former(place.Folder.Descriptor(), place.Name, O_RDWR | O_NOFOLLOW | O_NONBLOCK);
-    RefuseUnlessOrdinary(former.Status());
-    return former;
-}
-
-/// Renames @p fresh to the name of its place, with @p flags of renameat2. False where the kernel
-/// refuses that.
-bool Rename(const FilePlace& place, const PassingFile& fresh, unsigned int flags) {
+void Make(PassingFile& fresh, const FilePlace& place, mode_t mode) {
     const int folder = place.Folder.Descriptor();
-    if (renameat2(folder, fresh.Name(), folder, place.Name.constData(), flags) == 0) {
-        return true;
+    try {
+        fresh.File.emplace(folder, ".", O_RDWR | O_TMPFILE, mode);
+    } catch (const FileError& error) {
+        if (!IsRefusal(error)) {
+            throw;
+        }
+        // Some file systems know no file without a name.
+        const QByteArray name = UnusedName();
+        fresh.File.emplace(folder, name, O_RDWR | O_CREAT | O_EXCL, mode);
+        fresh.Name = name;
     }
-    const FileError error = FileErrorOf(errno);
-    if (!IsRefusal(error)) {
-        throw error;
+}
+
+void GiveName(PassingFile& fresh, const FilePlace& place) {
+    if (fresh.Name.isEmpty()) {
+        const QByteArray file = "/proc/self/fd/" + QByteArray::number(fresh.File->Descriptor());
+        const QByteArray name = UnusedName();
+        Checked(linkat(AT_FDCWD, file.constData(), place.Folder.Descriptor(), name.constData(),
+                       AT_SYMLINK_FOLLOW));
+        fresh.Name = name;
+    }
+}
+
+/// Removes the file. Gives what is to be told where it stays.
+QString Remove(PassingFile& fresh, const FilePlace& place) {
+    const QByteArray name = std::exchange(fresh.Name, {});
+    return name.isEmpty() || unlinkat(place.Folder.Descriptor(), name.constData(), 0) == 0
+               ? QString()
+               : u", and the file %1 stays beside it"_s.arg(QFile::decodeName(name));
+}
+
+/// The file that is at the place; nothing where it is empty.
+std::optional<OpenFile> OpenFormer(const FilePlace& place) {
+    try {
+        return OpenOrdinary(place.Folder.Descriptor(), place.Name, O_RDWR | O_NOFOLLOW);
+    } catch (const FileError& error) {
+        if (error.Number != ENOENT) {
+            throw;
+        }
+        return {};
+    }
+}
+
+/// Puts @p bytes in a new file and that in the place of the former one, if there is one. Until the
+/// new one gets the former one's mode its owner alone may use it. False where the kernel refuses
+/// any of that; then the new file stays, if it is complete.
+bool Replace(const FilePlace& place, const std::optional<OpenFile>& former, const QByteArray& bytes,
+             PassingFile& fresh) try {
+    Make(fresh, place, former ? former->Status().st_mode & (S_IRUSR | S_IWUSR) : 0666);
+    fresh.File->Write(bytes);
+    const bool alike =
+        !former || (former->Status().st_nlink == 1 && CopyRights(*former, *fresh.File));
+    fresh.File->Sync();
+    GiveName(fresh, place);
+    if (alike) {
+        const int folder = place.Folder.Descriptor();
+        Checked(renameat(folder, fresh.Name.constData(), folder, place.Name.constData()));
+        fresh.Name.clear();
+    }
+    return alike;
+} catch (const FileError& error) {
+    if (!former || !IsRefusal(error)) {
+        throw;
     }
     return false;
 }
 
-/// Puts a file in an empty place.
-void SaveNew(const FilePlace& place, const QByteArray& bytes) {
-    const int folder = place.Folder.Descriptor();
-    PassingFile fresh(place, 0666);
-    fresh.File.Write(bytes);
-    fresh.File.Sync();
-    fresh.File.Close();
-    if (!Rename(place, fresh, RENAME_NOREPLACE)) {
-        // Some file systems know no flags.
-        Checked(renameat(folder, fresh.Name(), folder, place.Name.constData()));
+/// Writes @p bytes over what @p file holds, and puts that back if it fails. @p fresh is a copy of
+/// the bytes, if there is one.
+void Overwrite(const OpenFile& file, const QByteArray& bytes, PassingFile& fresh) {
+    if (file.Status().st_size > LargestOverwritten) {
+        throw FileError{u"it is too large to be written over"_s};
     }
-    fresh.GiveNameAway();
-    try {
-        SyncNames(place);
-    } catch (const FileError&) {
-        unlinkat(folder, place.Name.constData(), 0);
-        throw;
-    }
-}
-
-/// Puts @p fresh where the former file stands, which has the other name until that is on the disk
-/// and comes back where it fails. False where the kernel refuses that.
-bool Exchange(const FilePlace& place, PassingFile& fresh) {
-    const int folder = place.Folder.Descriptor();
-    if (!Rename(place, fresh, RENAME_EXCHANGE)) {
-        return false;
-    }
-    const QByteArray formerName = fresh.GiveNameAway();
-    try {
-        SyncNames(place);
-        Checked(unlinkat(folder, formerName.constData(), 0));
-    } catch (const FileError& error) {
-        if (renameat(folder, formerName.constData(), folder, place.Name.constData()) != 0) {
-            throw FileError{u"%1, and what it held is in the file %2 beside it"_s.arg(
-                error.Reason, QFile::decodeName(formerName))};
-        }
-        throw;
-    }
-    return true;
-}
-
-/// The same on file systems that can't exchange names. There the former file goes at once.
-bool Replace(const FilePlace& place, PassingFile& fresh) {
-    if (!Rename(place, fresh, 0)) {
-        return false;
-    }
-    fresh.GiveNameAway();
-    try {
-        SyncNames(place);
-    } catch (const FileError& error) {
-        throw FileError{
-            u"it is written, but a crash of the system may undo that: %1"_s.arg(error.Reason)};
-    }
-    return true;
-}
-
-/// Writes @p bytes over what the file @p file holds, and puts @p former back if that fails.
-/// @p fresh is a copy of the bytes, or null.
-void Overwrite(const FilePlace& place, OpenFile& file, const QByteArray& former,
-               const QByteArray& bytes, PassingFile* fresh) {
+    const QByteArray former = file.Read();
     qsizetype touched = 0;
     try {
-        file.Reserve(bytes.size());
         file.Write(bytes, &touched);
         touched = std::max(touched, former.size());
         file.SetLength(bytes.size());
         file.Sync();
-        file.Close();
-        if (fresh) {
-            fresh->Remove();
-        }
     } catch (const FileError& error) {
         try {
-            if (!file.IsOpen()) {
-                file = OpenFormer(place);
-            }
             file.Write(QByteArrayView(former).first(std::min(touched, former.size())));
             file.SetLength(former.size());
             file.Sync();
-            file.Close();
         } catch (const FileError& second) {
             QString reason =
                 u"%1, and what it held can't be put back: %2"_s.arg(error.Reason, second.Reason);
-            if (fresh) {
+            if (const QByteArray name = std::exchange(fresh.Name, {}); !name.isEmpty()) {
                 reason += u"; what it should hold is in the file %1 beside it"_s.arg(
-                    QFile::decodeName(fresh->GiveNameAway()));
+                    QFile::decodeName(name));
             }
             throw FileError{reason};
         }
@@ -180,63 +134,31 @@ void Overwrite(const FilePlace& place, OpenFile& file, const QByteArray& former,
     }
 }
 
-void SaveInPlace(const FilePlace& place, const QByteArray& bytes, PassingFile* fresh) {
-    OpenFile file = OpenFormer(place);
-    if (file.Status().st_size > LargestOverwritten) {
-        throw FileError{u"it is too large to be written over"_s};
-    }
-    const QByteArray former = file.Read();
-    Overwrite(place, file, former, bytes, fresh);
-}
-
-/// Makes the file that is to replace one with the mode @p mode. Until it gets that mode its owner
-/// alone may use it. Nothing where the kernel refuses to make it.
-void MakeBeside(std::optional<PassingFile>& fresh, const FilePlace& place, mode_t mode) {
-    try {
-        fresh.emplace(place, mode & (S_IRUSR | S_IWUSR));
-    } catch (const FileError& error) {
-        if (!IsRefusal(error)) {
-            throw;
-        }
-    }
-}
-
-void SaveOver(const FilePlace& place, const QByteArray& bytes) {
-    OpenFile former = OpenFormer(place);
-    const struct stat status = former.Status();
-    std::optional<PassingFile> fresh;
-    MakeBeside(fresh, place, status.st_mode);
-    bool replaceable = false;
-    if (fresh) {
-        fresh->File.Write(bytes);
-        replaceable = status.st_nlink == 1 && CopyRights(former, fresh->File);
-        fresh->File.Sync();
-        fresh->File.Close();
-    }
-    former.Close();
-    if (!replaceable || !(Exchange(place, *fresh) || Replace(place, *fresh))) {
-        SaveInPlace(place, bytes, fresh ? &*fresh : nullptr);
-    }
-}
-
 } // namespace
 
 void SaveFile(const QString& path, const QByteArray& bytes) {
-    const QByteArray name = PathBytes(path);
-    struct stat status;
-    const bool exists = stat(name.constData(), &status) == 0;
-    if (!exists && errno != ENOENT) {
-        throw FileErrorOf(errno);
+    const FilePlace place = PlaceOf(PathBytes(path));
+    const std::optional<OpenFile> former = OpenFormer(place);
+    PassingFile fresh;
+    bool replaced = false;
+    try {
+        replaced = Replace(place, former, bytes, fresh);
+        if (!replaced) {
+            Overwrite(*former, bytes, fresh);
+        }
+    } catch (const FileError& error) {
+        throw FileError{error.Reason + Remove(fresh, place)};
     }
-    if (exists) {
-        // To open a device may do something to it.
-        RefuseUnlessOrdinary(status);
+    if (const QString left = Remove(fresh, place); !left.isEmpty()) {
+        throw FileError{u"it is written"_s + left};
     }
-    const FilePlace place = PlaceOf(name);
-    if (exists) {
-        SaveOver(place, bytes);
-    } else {
-        SaveNew(place, bytes);
+    try {
+        if (replaced) {
+            SyncNames(place);
+        }
+    } catch (const FileError& error) {
+        throw FileError{
+            u"it is written, but a crash of the system may undo that: %1"_s.arg(error.Reason)};
     }
 }
 

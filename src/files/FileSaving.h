@@ -13,7 +13,8 @@ namespace rivenfall {
 /// written over the former ones where the kernel doesn't allow that, where the new file couldn't
 /// have the former one's owner, group, mode, access control list and attributes, and where the
 /// former one has other hard links. A process that ends in the middle of that leaves the new file
-/// in the folder, if one could be made.
+/// in the folder, if one could be made. Otherwise the new file has no name until it is complete,
+/// where the file system can do that.
 void SaveFile(const QString& path, const QByteArray& bytes);
 
 } // namespace rivenfall

@@ -8,6 +8,8 @@
 
 namespace rivenfall {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// What @p call gives when no signal interrupts it.
@@ -20,6 +22,15 @@ auto Uninterrupted(const Call& call) {
     return Checked(result);
 }
 
+void RefuseUnlessOrdinary(const struct stat& status) {
+    if (S_ISDIR(status.st_mode)) {
+        throw FileError{u"it is a folder"_s};
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw FileError{u"it is no ordinary file"_s};
+    }
+}
+
 } // namespace
 
 OpenFile::OpenFile(int folder, const QByteArray& name, int flags, mode_t mode)
@@ -27,7 +38,7 @@ OpenFile::OpenFile(int folder, const QByteArray& name, int flags, mode_t mode)
           [&] { return openat(folder, name.constData(), flags | O_CLOEXEC, mode); })) {}
 
 OpenFile::~OpenFile() {
-    if (IsOpen()) {
+    if (plngDescriptor >= 0) {
         close(plngDescriptor);
     }
 }
@@ -74,33 +85,26 @@ void OpenFile::Write(QByteArrayView bytes, qsizetype* written) const {
     }
 }
 
-void OpenFile::Reserve(qsizetype length) const {
-    try {
-        if (length > 0) {
-            Uninterrupted(
-                [&] { return fallocate(plngDescriptor, FALLOC_FL_KEEP_SIZE, 0, length); });
-        }
-    } catch (const FileError& error) {
-        if (!IsRefusal(error)) {
-            throw;
-        }
-    }
-}
-
 void OpenFile::SetLength(qsizetype length) const {
     Uninterrupted([&] { return ftruncate(plngDescriptor, length); });
 }
 
 void OpenFile::Sync() const {
     Uninterrupted([&] { return fsync(plngDescriptor); });
-}
-
-void OpenFile::Close() {
-    // The descriptor is gone whatever the result is. What was synced is safe from an interruption.
-    const int result = close(std::exchange(plngDescriptor, -1));
-    if (result < 0 && errno != EINTR) {
+    // Some file systems tell only when a file is closed that a write failed. So a copy is closed,
+    // and the file can still be put right. What was synced is safe from an interruption.
+    if (close(Checked(dup(plngDescriptor))) < 0 && errno != EINTR) {
         throw FileErrorOf(errno);
     }
+}
+
+OpenFile OpenOrdinary(int folder, const QByteArray& name, int flags) {
+    // To open a device may do something to it, so this looks first. What counts is what is open:
+    // another file may have got the name meanwhile, and a pipe would keep waiting.
+    RefuseUnlessOrdinary(OpenFile(folder, name, O_PATH | (flags & O_NOFOLLOW)).Status());
+    OpenFile file(folder, name, flags | O_NONBLOCK);
+    RefuseUnlessOrdinary(file.Status());
+    return file;
 }
 
 } // namespace rivenfall

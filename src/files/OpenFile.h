@@ -15,13 +15,12 @@ public:
     /// Opens @p name, which is looked up from the open folder @p folder (AT_FDCWD: the current
     /// directory), with @p flags as `open` takes them. A file that this makes gets @p mode.
     OpenFile(int folder, const QByteArray& name, int flags, mode_t mode = 0);
-    /// Closes what is still open, unasked.
+    /// Closes it. Nobody hears whether that failed; Sync has told before what was lost.
     ~OpenFile();
 
     OpenFile(OpenFile&& other) noexcept;
     OpenFile& operator=(OpenFile&& other) noexcept;
 
-    bool IsOpen() const { return plngDescriptor >= 0; }
     int Descriptor() const { return plngDescriptor; }
     struct stat Status() const;
 
@@ -32,20 +31,17 @@ public:
     /// that were written, also where the next one fails.
     void Write(QByteArrayView bytes, qsizetype* written = nullptr) const;
 
-    /// Takes room on the disk for @p length bytes, where the file system can. The file's length
-    /// stays; SetLength gives the room back.
-    void Reserve(qsizetype length) const;
-
     void SetLength(qsizetype length) const;
 
     /// Comes back when the file's bytes and rights are on the disk.
     void Sync() const;
 
-    /// Closes the file. Some file systems tell only here that a write failed.
-    void Close();
-
 private:
     int plngDescriptor;
 };
+
+/// Opens the ordinary file @p name for reading or saving, as above. Throws FileError for whatever
+/// else has that name, and never waits for it.
+OpenFile OpenOrdinary(int folder, const QByteArray& name, int flags);
 
 } // namespace rivenfall
