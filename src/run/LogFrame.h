@@ -17,7 +17,7 @@ QString LogFrame(const QString& Issue, const QString& Success, bool behindText);
 
 /// The result in the frame of a command; @p error is 0, or why nothing was started, as `errno` has
 /// it.
-QString ResultOfStart(bool started, int error);
+QString ResultOfStart(int error);
 
 /// The result in the frame of a directory change.
 QString ResultOfChange(const DirectoryChange& change);

@@ -85,12 +85,12 @@ private:
         const bool likely =
             line.size() <= CertainLength && LookForProgram(command.Items.Item(1)) == 0;
         if (likely) {
-            AddFrame(line, ResultOfStart(true, 0));
+            AddFrame(line, ResultOfStart(0));
         }
         Child child;
         const int error = child.Start(line);
         if (error != 0 || !likely) {
-            AddFrame(line, ResultOfStart(error == 0, error));
+            AddFrame(line, ResultOfStart(error));
         }
         return error == 0 ? FailureOf(child.Wait()) : u"can't be started: "_s + ReasonOf(error);
     }

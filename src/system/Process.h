@@ -51,7 +51,7 @@ bool CreateProcess(const QString& commandLine, Handle& process);
 /// @p count becomes the number of bytes read.
 ReadOutcome ReadFile(Handle handle, char* buffer, int size, int& count);
 
-/// Closes the pipe end @p handle. 0 is let pass.
+/// Closes the pipe end @p handle; does nothing for 0, which is none.
 void CloseHandle(Handle handle);
 
 /// The error number of the last operation above that failed, as `errno` has it.

@@ -66,7 +66,7 @@ void Execution::Echo(const QString& Issue, const QString& Success) {
 
 bool Execution::Execute(const QString& CommandLine) {
     const bool started = StartProcess(CommandLine);
-    Echo(CommandLine, ResultOfStart(started, LastError()));
+    Echo(CommandLine, ResultOfStart(started ? 0 : LastError()));
     return started;
 }
 
