@@ -1,0 +1,101 @@
+# Sourced by the scripts that work the program on a screen of their own, behind prepare.sh and with
+# their arguments: `programs` is the folder of the programs, `work` a folder that goes at the end, and
+# so do the processes in `started`.
+
+if (($# > 1)) || [[ ${1-} == -* ]]; then
+    echo "Usage: ${0##*/} [FOLDER-OF-THE-PROGRAMS]" >&2
+    exit 2
+fi
+programs=$(realpath -- "${1:-$root/build/bin}")
+[[ -x $programs/rivenfall ]] || fail "no program $programs/rivenfall; please build it first"
+
+work=$(mktemp -d)
+started=()
+finish() {
+    ((${#started[@]} == 0)) || kill "${started[@]}" 2>/dev/null || true
+    wait
+    rm -rf "$work"
+}
+trap finish EXIT
+
+# Starts a screen of that many pixels. A command behind "${screen[@]}" finds it, and a home of its own.
+start_screen() {
+    local number
+    mkdir -m 700 "$work/run" "$work/home"
+    # The server finds a free number by itself and writes it when it is ready.
+    mkfifo "$work/number"
+    Xvfb -displayfd 3 -screen 0 "$1x24" -wr -noreset -nolisten tcp 3>"$work/number" 2>"$work/xvfb.log" &
+    started+=($!)
+    read -r -t 30 number <"$work/number" || fail "the screen didn't start: $(<"$work/xvfb.log")"
+    screen=(env -i PATH="$PATH" HOME="$work/home" LC_ALL=C.UTF-8 DISPLAY=":$number" XDG_RUNTIME_DIR="$work/run")
+}
+
+# Repeats a command until it succeeds, for half a minute at most.
+await() {
+    local tries
+    for ((tries = 0; tries < 300; ++tries)); do
+        ! "$@" 2>/dev/null || return 0
+        sleep 0.1
+    done
+    fail "waited in vain: $*"
+}
+
+# Waits for the window whose caption the regular expression fits, and gives its id.
+window() {
+    await "${screen[@]}" timeout 5 xdotool search --onlyvisible --limit 1 --name "$1"
+}
+
+# Starts the program with the given arguments; `main` is its window.
+start_program() {
+    "${screen[@]}" "$programs/rivenfall" "$@" &
+    program=$!
+    started+=("$program")
+    main=$(window 'OMRA Rivenfall')
+}
+
+# Gives the main window the keyboard.
+activate() {
+    "${screen[@]}" xdotool windowactivate --sync "$main"
+}
+
+keys() {
+    "${screen[@]}" xdotool key --delay 60 "$@"
+}
+
+write() {
+    "${screen[@]}" xdotool type --delay 30 -- "$1"
+}
+
+# Clicks into the main window, so many pixels from its client area's corner, and takes the hand away.
+click() {
+    "${screen[@]}" xdotool mousemove --window "$main" "$1" "$2" click 1 mousemove 1299 599
+    sleep 0.3
+}
+
+# Where the rows and controls are that the manual's tour names.
+declare -A places=(
+    ['row `gcc`']="150 50" ['row `rm`']="150 210" ['check box of `${FILE1}`']="87 194"
+    ['check box of `-O2`']="67 130" ['value box']="300 337" ['down button']="552 250"
+    [Variables]="130 28" [Compilers]="48 28")
+
+# Does in the main window what stands in bold in the manual's tour, from the current directory as the
+# example's folder, and calls the function `picture` with the name of each picture there.
+follow_tour() {
+    local step
+    while read -ru 4 step; do
+        case $step in
+            images/*) step=${step#*/} && picture "${step%.png}" ;;
+            \`*\`) step=${step//\`/} && write "$step" ;;
+            Alt+[A-Z] | Ctrl+[A-Z] | [A-Z]) keys "${step,,}" ;;
+            Enter) keys Return ;;
+            Up | Down) keys "$step" ;;
+            *) [[ -n ${places[$step]-} ]] && click ${places[$step]} || fail "the tour says: $step" ;;
+        esac
+        # The dialog may start elsewhere, and the page says to go to the example's folder.
+        if [[ $step == S ]]; then
+            window '^FileSave' >"$work/dialog"
+            write "$PWD/"
+        fi
+    done 4< <(sed -n '/^## A first document/,/^From now on/p' "$root/docs/manual.md" |
+        grep -o '\*\*[^*]*\*\*\|images/[a-z-]*\.png' | tr -d '*')
+}
