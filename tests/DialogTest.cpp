@@ -2,6 +2,7 @@
 
 #include "controls/App.h"
 #include "controls/MessageDialog.h"
+#include "support/Title.h"
 #include "support/desktop/FileDialog.h"
 
 #include <QDir>
@@ -14,9 +15,9 @@ using namespace rivenfall;
 
 namespace {
 
-const QString Title = u"OMRA Rivenfall Compiler Controller 1.5.0"_s;
-const QString MayReplace =
-    u"\"there.tvq\" exists already.\r\nDo you want to replace it?|4|"_s + Title;
+QString MayReplace() {
+    return u"\"there.tvq\" exists already.\r\nDo you want to replace it?|4|"_s + ProgramTitle();
+}
 
 using DialogTest = WindowTest;
 
@@ -36,12 +37,13 @@ TEST_F(DialogTest, ARealDialogLeavesTheQuestionToTheProgram) {
     Open("a");
     StoreBytes(Path(u"there.tvq"_s), "old");
     SetFileDialogHandler({});
-    TheUser.Answers = {MessageBoxAnswer::No, MessageBoxAnswer::Yes};
+    Answer(No);
+    Answer(Yes);
     QStringList offered;
     const auto chooseThere = [&](QFileDialog& dialog) {
         offered += dialog.selectedFiles().value(0);
         EXPECT_EQ(BytesOf(Path(u"there.tvq"_s)), "old");
-        EXPECT_EQ(dialog.windowTitle(), u"FileSave File As - "_s + Title);
+        EXPECT_EQ(dialog.windowTitle(), u"FileSave File As - "_s + ProgramTitle());
         EXPECT_EQ(dialog.nameFilters().value(0),
                   u"OMRA Rivenfall Compiler Controller Files (*.tvq)"_s);
         EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
@@ -49,9 +51,9 @@ TEST_F(DialogTest, ARealDialogLeavesTheQuestionToTheProgram) {
         dialog.findChild<QLineEdit*>()->setText(Path(u"there"_s));
         QMetaObject::invokeMethod(&dialog, "accept");
     };
-    AnswerEach<QFileDialog>(chooseThere, [this] { Act("file:A"); });
+    AnswerEach<QFileDialog>(chooseThere, [this] { Menu("File", "Save as"); });
     EXPECT_EQ(offered, (QStringList{App::Path() + u"/document.tvq"_s, Path(u"there.tvq"_s)}));
-    EXPECT_EQ(TheUser.Asked, (QStringList{MayReplace, MayReplace}));
+    EXPECT_EQ(TheUser.Asked, (QStringList{MayReplace(), MayReplace()}));
     EXPECT_TRUE(Holds(u"there.tvq"_s, "a", "FILE1(~)"));
 
     const auto chooseDocument = [&](QFileDialog& dialog) {
@@ -61,32 +63,42 @@ TEST_F(DialogTest, ARealDialogLeavesTheQuestionToTheProgram) {
         dialog.findChild<QLineEdit*>()->setText(u"document"_s);
         QMetaObject::invokeMethod(&dialog, "accept");
     };
-    AnswerEach<QFileDialog>(chooseDocument, [this] { Act("file:P"); });
+    AnswerEach<QFileDialog>(chooseDocument, [this] { Menu("File", "Open"); });
     EXPECT_EQ(Program().FileTitle(), u"document.tvq"_s);
 }
 
 TEST_F(DialogTest, EveryRoadToASaveAsksBeforeItReplacesAFile) {
-    for (const char* road : {"file:S", "file:A", "yes file:N", "yes file:P", "yes file:X"}) {
-        SCOPED_TRACE(road);
-        StoreBytes(Path(u"there.tvq"_s), "old");
-        Open("a", "X", "file:N type:b Ok");
-        const QString prompt = QString::fromLatin1(road).section(u' ', 0, -2) + u' ';
-        const QString entry = QString::fromLatin1(road).section(u' ', -1);
-        Act(prompt + u"no pick:there pick: "_s + entry);
-        EXPECT_EQ(TheUser.Asked.last(), MayReplace);
-        EXPECT_EQ(TheUser.Offered, Path(u"there.tvq"_s));
-        EXPECT_EQ(BytesOf(Path(u"there.tvq"_s)), "old");
-        if (entry == u"file:N")
-            Act("type:b Ok");
-        Act(prompt + u"no pick:there yes pick:there.tvq pick: "_s + entry);
-        EXPECT_TRUE(Holds(u"there.tvq"_s, "b(~(${FILE1}))", "FILE1(~)"));
+    for (const char* entry : {"Save", "Save as", "New", "Open", "Exit"}) {
+        SCOPED_TRACE(entry);
+        const bool asks = !QByteArray(entry).startsWith("Save");
+        const auto takeTheRoad = [&](MessageBoxAnswer replace, const char* next) {
+            Type("b");
+            Click("Ok");
+            if (asks) {
+                Answer(Yes);
+            }
+            PickFile("there");
+            Answer(replace);
+            PickFile(next);
+            Menu("File", entry);
+            EXPECT_EQ(TheUser.Asked.last(), MayReplace());
+        };
+        StoreBytes(Path("there.tvq"), "old");
+        Open("a");
+        Menu("File", "New");
+        takeTheRoad(No, "");
+        EXPECT_EQ(TheUser.Offered, Path("there.tvq"));
+        EXPECT_EQ(BytesOf(Path("there.tvq")), "old");
+        takeTheRoad(Yes, "");
+        EXPECT_TRUE(BytesOf(Path("there.tvq")).contains("${FILE1}"));
     }
 }
 
 TEST_F(DialogTest, ANameEndsInTheExtension) {
     Open("a");
     for (const char* chosen : {"v1.2", "old.TVQ", ".hidden"}) {
-        Act(u"pick:%1 file:A"_s.arg(QLatin1String(chosen)));
+        PickFile(chosen);
+        Menu("File", "Save as");
     }
     EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name),
               (QStringList{u".hidden.tvq"_s, u"document.tvq"_s, u"old.TVQ"_s, u"v1.2.tvq"_s}));
@@ -111,10 +123,10 @@ TEST(MessageDialogTest, AnswersTheSameKeysOnEveryDesktop) {
         MessageBoxAnswer given{};
         AnswerEach<QMessageBox>(
             [key](QMessageBox& box) {
-                EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(Title) + 100);
+                EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(ProgramTitle()) + 100);
                 QTest::keyClick(&box, key);
             },
-            [&] { given = ShowMessageDialog(u"?"_s, style, Title); });
+            [&] { given = ShowMessageDialog(u"?"_s, style, ProgramTitle()); });
         return given;
     };
     // The orders of buttons of the platforms, by their numbers.

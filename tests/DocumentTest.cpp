@@ -1,11 +1,11 @@
 #include "WindowDriver.h"
 
+#include "support/Title.h"
 #include "system/PropertyBag.h"
 
 #include <QDir>
 
 #include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,7 +14,6 @@ using namespace rivenfall;
 
 namespace {
 
-const char* const Title = "OMRA Rivenfall Compiler Controller 1.5.0";
 const std::vector<Sketch> SomeCompilers = Sketches("cc(-o(a,!b),!-g),!ld");
 const std::vector<Sketch> SomeVariables = Sketches("FILE1(x,y),!~");
 
@@ -191,7 +190,8 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         EXPECT_EQ(BytesOf(path), former);
         EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files).size(), 1);
         EXPECT_EQ(TakeAsked(), "The file " + path.toStdString() +
-                                   " can't be saved: File too large.|48|" + Title);
+                                   " can't be saved: File too large.|48|" +
+                                   ProgramTitle().toStdString());
         QDir(Folder.path()).mkdir(u"folder.tvq"_s);
         mkfifo(Path(u"pipe.tvq"_s).toUtf8().constData(), 0600);
         for (const char* place : {"folder.tvq", "pipe.tvq", "gone/new.tvq", "old.tvq/new.tvq"}) {
@@ -205,38 +205,12 @@ TEST_F(DocumentTest, AFailedSaveKeepsTheOldFileAndItsName) {
         // The changes are still unsaved, and the next save finds the former name.
         TheUser.Answers = {MessageBoxAnswer::Yes};
         EXPECT_TRUE(Program().FileOpen(path));
-        EXPECT_EQ(TakeAsked(), u"The file was changed.\r\nDo you want to save it?|3|%1"_s
-                                   .arg(QLatin1StringView(Title))
-                                   .toStdString());
+        EXPECT_EQ(TakeAsked(),
+                  u"The file was changed.\r\nDo you want to save it?|3|%1"_s.arg(ProgramTitle())
+                      .toStdString());
         EXPECT_EQ(BytesOf(path), former);
     }
     std::signal(SIGXFSZ, formerAction);
 }
-
-#ifndef __SANITIZE_ADDRESS__
-TEST_F(DocumentTest, WantOfMemoryIsToldAndCostsNothing) {
-    std::vector<Sketch> compilers(30000, Sketch("cc"));
-    const QString path = StoreBytes(Path(u"large.tvq"_s), DocumentImage(compilers));
-    compilers.clear();
-    rlimit former;
-    getrlimit(RLIMIT_AS, &former);
-    qsizetype refused = 0;
-    bool opened = false;
-    for (rlim_t extra = 24; !opened && extra < 400; extra += 8) {
-        TheUser.Asked.clear();
-        QFile memory(u"/proc/self/statm"_s);
-        ASSERT_TRUE(memory.open(QIODevice::ReadOnly));
-        const rlim_t used = memory.readAll().split(' ')[0].toULongLong() * rlim_t(getpagesize());
-        const rlimit tight = {used + (extra << 20), former.rlim_max};
-        setrlimit(RLIMIT_AS, &tight);
-        opened = Program().FileOpen(path);
-        setrlimit(RLIMIT_AS, &former);
-        refused += TheUser.Asked.filter(u"it takes more memory than there is"_s).size();
-        EXPECT_EQ(Program().Compilers()->Count(), opened ? 30000 : 0);
-    }
-    EXPECT_TRUE(opened);
-    EXPECT_GT(refused, 2);
-}
-#endif
 
 } // namespace

@@ -13,22 +13,35 @@ using FocusTest = WindowTest;
 
 TEST_F(FocusTest, GoesBackToTheValueBox) {
     // Each button is disabled by what its click does.
-    for (const char* script : {"type:+ Ok", "type:+ Cancel", "type:+ tab:2", "New Remove"}) {
-        SCOPED_TRACE(script);
-        Open("a", "X", script);
-        EXPECT_EQ(Window().Window()->focusWidget(), Box());
+    for (const char* button : {"Ok", "Cancel", "Remove"}) {
+        Open("a");
+        Click("New");
+        Type("+");
+        Click(button);
+        EXPECT_EQ(Window().Window()->focusWidget(), Box()) << button;
     }
-    Open("a", "X", "type:+ Ok Value:Right type:+ tab:2 tab:1");
+    Open("a", "X");
+    Type("+");
+    Click("Ok");
+    Press(Qt::Key_Right);
+    QTest::keyClicks(QApplication::focusWidget(), u"+"_s);
+    Tab(2);
+    EXPECT_EQ(Window().Window()->focusWidget(), Box());
+    Tab(1);
     Expect({.Tree = "*a+", .Enabled = "New Value", .Box = "a+", .Changed = true});
     // It can't go to a box that is disabled, and comes when it isn't any more.
-    Open("", "X(1)", "tab:2 type:+ tab:1");
+    Open("", "X(1)");
+    Tab(2);
+    Type("+");
+    Tab(1);
     EXPECT_EQ(Window().Window()->focusWidget(), nullptr);
-    Act("tab:2");
+    Tab(2);
     EXPECT_EQ(Window().Window()->focusWidget(), Box());
 }
 
 TEST_F(FocusTest, TheWheelChangesNoTab) {
-    Open("a", "X", "type:+");
+    Open("a");
+    Type("+");
     for (QWidget* place :
          std::initializer_list<QWidget*>{Tabs(), Window().udnMove.Widget(), Box()}) {
         for (const int turn : {-120, 120}) {
@@ -56,8 +69,8 @@ TEST_F(FocusTest, WhatComesIntoTheBoxIsOneLine) {
     for (const QString& text : {u"T U"_s, u"T U\n"_s, u"T U\r\nV"_s, u"T U\u2028V\nW"_s}) {
         QGuiApplication::clipboard()->setText(text);
         for (const std::function<void()>& bring : std::initializer_list<std::function<void()>>{
-                 [this] { Act("Value:Ctrl+V"); }, [this] { Act("Value:Shift+Ins"); }, pasteFromMenu,
-                 compose}) {
+                 [this] { Press(Qt::CTRL | Qt::Key_V, Box()); },
+                 [this] { Press(Qt::SHIFT | Qt::Key_Insert, Box()); }, pasteFromMenu, compose}) {
             Open("abc", "X");
             Box()->setSelection(1, 1);
             bring();
@@ -65,39 +78,49 @@ TEST_F(FocusTest, WhatComesIntoTheBoxIsOneLine) {
         }
     }
     // What a document holds stays as it is.
-    Open("a", "X(1\n2)", "tab:2 Value:Down type:+ Ok");
+    Open("a", "X(1\n2)");
+    Tab(2);
+    Press(Qt::Key_Down);
+    Type("+");
+    Click("Ok");
     EXPECT_EQ(Stored(2), "X(1\n2+)");
 }
 
 TEST_F(FocusTest, ALongValueShowsHowItBegins) {
-    const std::string value = std::string(100, 'v');
-    Open((value + ",b," + value).c_str(), "X", "Value:Down");
+    const std::string value(40000, 'v');
+    Open(value + ",b," + value);
+    Press(Qt::Key_Down);
     EXPECT_EQ(Box()->cursorPosition(), 1);
-    for (const char* selecting : {"Value:Up", "click:3"}) {
-        Act(selecting);
-        EXPECT_EQ(Box()->cursorPosition(), 0);
-    }
+    Press(Qt::Key_Up);
+    EXPECT_EQ(Box()->cursorPosition(), 0);
+    ClickRow(3);
+    EXPECT_EQ(Box()->cursorPosition(), 0);
     // Who stores a text may type on.
-    Expect({.Acts = {"Value Value:End type:1 Value:Enter type:2"},
-            .Tree = value + ",b,*" + value + "1",
+    Press(Qt::Key_End, Box());
+    Type("1");
+    Press(Qt::Key_Return);
+    Type("2");
+    Expect({.Tree = value + ",b,*" + value + "1",
             .Enabled = "New Remove Move Value Ok Cancel",
             .Box = value + "12",
             .Changed = true});
 }
 
 TEST_F(FocusTest, ATextThatNoProgramTakesIsShownByItsBeginning) {
-    const std::string value = std::string((1 << 18) + 1, 'v');
-    Open((value + ",b").c_str());
-    Act("Value:Del New file:Save");
+    const std::string value((1 << 18) + 1, 'v');
+    Open(value + ",b");
+    Press(Qt::Key_Delete, Box());
+    Click("New");
+    Menu("File", "Save");
     EXPECT_TRUE(
         Holds(u"document.tvq"_s, (value + "," + value + "(~(${FILE1})),b").c_str(), "FILE1(~)"));
     EXPECT_EQ(Box()->placeholderText().size(), 1000);
     // What the user brings in takes the place of the whole.
-    Expect({.Acts = {"type:x"},
-            .Tree = value + ",*" + value + "(~(${FILE1})),b",
+    Type("x");
+    Expect({.Tree = value + ",*" + value + "(~(${FILE1})),b",
             .Enabled = "New Remove Move Value Ok Cancel",
             .Box = "x"});
-    Act("Ok");
+    Click("Ok");
     EXPECT_EQ(Program().Compilers()->Item(2)->Value(), u"x");
 }
 

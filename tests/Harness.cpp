@@ -43,6 +43,11 @@ ProgramTest::ProgramTest() : FormerDirectory(QDir::currentPath()) {
     SetGlobalApplication(std::make_shared<Application>());
 }
 
+void ProgramTest::StartAnew() {
+    TakeDown();
+    SetGlobalApplication(std::make_shared<Application>());
+}
+
 ProgramTest::~ProgramTest() {
     TakeDown();
     QDir::setCurrent(FormerDirectory);

@@ -54,14 +54,17 @@ protected:
 
     /// The path of the file @p name in a folder that goes with the test.
     QString Path(const QString& name) const { return Folder.filePath(name); }
+    QString Path(const char* name) const { return Path(QString::fromUtf8(name)); }
 
-    /// Gives up what stands in the document and takes the program down.
-    void TakeDown();
+    /// Takes the program down, whatever stands in its document, and starts another.
+    void StartAnew();
 
     User TheUser;
     QTemporaryDir Folder;
 
 private:
+    void TakeDown();
+
     QString FormerDirectory;
 };
 

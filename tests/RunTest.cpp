@@ -1,6 +1,7 @@
 #include "WindowDriver.h"
 
 #include "run/desktop/ExpandVariables.h"
+#include "support/Title.h"
 #include "system/CommandLine.h"
 
 #include <QDir>
@@ -100,7 +101,7 @@ TEST_F(RunTest, ASecondRunWaitsForTheFirst) {
                          Frame(u"echo inner2"_s, Success) + u"inner2\n"_s + Break +
                          Frame(u"echo outer"_s, Success) + u"outer\n"_s);
     EXPECT_EQ(TheUser.Asked.join(u'/').toStdString(),
-              "Still running!|48|OMRA Rivenfall Compiler Controller 1.5.0");
+              "Still running!|48|" + ProgramTitle().toStdString());
 }
 
 TEST_F(RunTest, ATickDeliversAtMost64Bytes) {
@@ -194,7 +195,7 @@ TEST_F(RunTest, WhatIsTooMuchFailsToStart) {
 }
 
 TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
-    const QString title = u"[Output] - OMRA Rivenfall Compiler Controller 1.5.0"_s;
+    const QString title = u"[Output] - "_s + ProgramTitle();
     QWidget* window = OutputWindow();
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(window->windowTitle(), title);
@@ -216,7 +217,7 @@ TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
 }
 
 TEST_F(RunTest, ARunShowsTheWindowAnew) {
-    const QString title = u" - [Output] - OMRA Rivenfall Compiler Controller 1.5.0"_s;
+    const QString title = u" - [Output] - "_s + ProgramTitle();
     QWidget* window = OutputWindow();
     Runner().Echo(u"before"_s);
     const QString before = Log();

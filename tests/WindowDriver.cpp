@@ -1,11 +1,11 @@
 #include "WindowDriver.h"
 
-#include <QAbstractButton>
 #include <QMenu>
 #include <QPointer>
 #include <QWindow>
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace rivenfall {
 
@@ -24,20 +24,19 @@ int LevelOf(const QModelIndex& row) {
     return row.parent().isValid() ? LevelOf(row.parent()) + 1 : 0;
 }
 
-/// The letter that chooses a menu or an entry.
-Qt::Key Letter(const QAction* action) {
-    return QKeySequence::mnemonic(action->text())[0].key();
-}
-
-/// The one of @p actions with this name, which may also be its letter; null if there is none.
-QAction* Find(const QList<QAction*>& actions, const QString& name) {
+/// The one of @p actions with the text @p name.
+QAction* Find(const QList<QAction*>& actions, const char* name) {
     for (QAction* action : actions) {
-        if (action->text().remove(u'&').compare(name, Qt::CaseInsensitive) == 0 ||
-            (name.size() == 1 && Letter(action) == name[0].unicode())) {
+        if (action->text().remove(u'&') == QLatin1StringView(name)) {
             return action;
         }
     }
-    return nullptr;
+    throw std::invalid_argument(name);
+}
+
+/// Presses the letter that chooses @p action.
+void PressLetter(QWidget* in, const QAction* action, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(in, QKeySequence::mnemonic(action->text())[0].key(), modifiers);
 }
 
 } // namespace
@@ -63,108 +62,60 @@ std::string Outline(const Lines& lines, Opening open, int selected) {
     return (text + brackets).toStdString();
 }
 
-void WindowTest::Act(const QString& script) {
-    for (const QString& word : script.split(u' ', Qt::SkipEmptyParts)) {
-        if (!GlobalApplication() || !Do(QString(word).replace(u'_', u' '))) {
-            ADD_FAILURE() << "can't do \"" << word.toStdString() << "\" in the script \""
-                          << script.toStdString() << "\"";
-            return;
+void WindowTest::Click(const char* control) {
+    for (QWidget* widget : Window().Client()->findChildren<QWidget*>()) {
+        if (widget->accessibleName() == QLatin1StringView(control)) {
+            return QTest::mouseClick(widget, Qt::LeftButton);
         }
     }
+    throw std::invalid_argument(control);
 }
 
-/// Does one word of a script; False if it can't be done.
-bool WindowTest::Do(const QString& word) {
-    static const QMap<QString, MessageBoxAnswer> answers = {{u"yes"_s, MessageBoxAnswer::Yes},
-                                                            {u"no"_s, MessageBoxAnswer::No},
-                                                            {u"stay"_s, MessageBoxAnswer::Cancel}};
-    // Where a row can be clicked, in pixels from the left edge of its item.
-    static const QMap<QString, int> spots = {{u"click"_s, 40}, {u"mark"_s, 8}, {u"branch"_s, -10}};
+void WindowTest::Menu(const char* menu, const char* entry) {
     TakeKeyboard();
-    const QString verb = word.section(u':', 0, 0);
-    const QString object = word.section(u':', 1);
-    if (word == verb && answers.contains(verb)) {
-        TheUser.Answers.push_back(answers[verb]);
-    } else if (word != verb && verb == u"pick") {
-        TheUser.Files.push_back(object.isEmpty() ? QString() : Path(object));
-    } else if (word == u"close") {
-        Window().Window()->close();
-    } else if (word == verb || object.isEmpty()) {
-        return word == verb && Press(verb, {});
-    } else if (spots.contains(verb)) {
-        return ClickRow(object, spots[verb]);
-    } else if (verb == u"tab") {
-        const QRect tab = Tabs()->tabRect(object.toInt() - 1);
-        QTest::mouseClick(Tabs(), Qt::LeftButton, {}, tab.center());
-        return tab.isValid();
-    } else if (verb == u"type") {
-        QTest::keyClicks(Box(), object);
-    } else {
-        return verb == u"file" || verb == u"help" ? Choose(verb, object) : Press(verb, object);
-    }
-    return true;
-}
-
-bool WindowTest::ClickRow(const QString& position, int right) {
-    const QModelIndex row = Row(position.toInt());
-    bool clickable = row.isValid() && (right > 0 || Tree()->model()->hasChildren(row));
-    for (QModelIndex above = row.parent(); above.isValid(); above = above.parent()) {
-        clickable = clickable && Tree()->isExpanded(above);
-    }
-    if (!clickable) {
-        return false;
-    }
-    if (!Tree()->viewport()->rect().contains(Tree()->visualRect(row).center())) {
-        Tree()->scrollTo(row);
-    }
-    const QRect item = Tree()->visualRect(row);
-    QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {},
-                      {item.left() + right, item.center().y()});
-    return true;
-}
-
-bool WindowTest::Choose(const QString& menu, const QString& entry) {
     const QPointer<QMenuBar> bar = Window().Window()->menuBar();
     const QAction* opened = Find(bar->actions(), menu);
-    const QAction* chosen = opened ? Find(opened->menu()->actions(), entry) : nullptr;
-    if (!chosen) {
-        return false;
-    }
-    QTest::keyClick(Window().Window(), Letter(opened), Qt::AltModifier);
-    if (QApplication::activePopupWidget() != opened->menu()) {
-        return false;
-    }
-    QTest::keyClick(opened->menu(), Letter(chosen));
+    const QAction* chosen = Find(opened->menu()->actions(), entry);
+    PressLetter(Window().Window(), opened, Qt::AltModifier);
+    ASSERT_EQ(QApplication::activePopupWidget(), opened->menu());
+    PressLetter(opened->menu(), chosen);
     while (QWidget* popup = QApplication::activePopupWidget()) {
         QTest::keyClick(popup, Qt::Key_Escape);
     }
     if (bar && bar->activeAction()) {
         QTest::keyClick(bar, Qt::Key_Escape);
     }
-    return true;
 }
 
-/// Clicks on the control with the name @p control, or presses @p keys while it has the keyboard.
-bool WindowTest::Press(const QString& control, const QString& keys) {
-    const QList<QWidget*> widgets = Window().Client()->findChildren<QWidget*>();
-    const auto widget = std::find_if(widgets.begin(), widgets.end(), [&](const QWidget* each) {
-        return each->accessibleName() == control;
-    });
-    const QKeySequence sequence(keys);
-    const bool understood = sequence.count() == 1 && sequence[0].key() != Qt::Key_unknown;
-    if (control.isEmpty() || widget == widgets.end() || !(keys.isEmpty() || understood)) {
-        return false;
+void WindowTest::Tab(int position) {
+    const QRect tab = Tabs()->tabRect(position - 1);
+    ASSERT_TRUE(tab.isValid());
+    QTest::mouseClick(Tabs(), Qt::LeftButton, {}, tab.center());
+}
+
+void WindowTest::ClickRow(int position, int right) {
+    const QModelIndex row = Row(position);
+    ASSERT_TRUE(row.isValid() && (right > 0 || Tree()->model()->hasChildren(row)));
+    ASSERT_FALSE(Tree()->visualRect(row).isEmpty()) << "a closed branch hides the row";
+    if (!Tree()->viewport()->rect().contains(Tree()->visualRect(row).center())) {
+        Tree()->scrollTo(row);
     }
-    if (keys.isEmpty()) {
-        QTest::mouseClick(*widget, Qt::LeftButton);
-    } else {
-        QTest::keyClick(*widget, sequence[0].key(), sequence[0].keyboardModifiers());
+    const QRect item = Tree()->visualRect(row);
+    QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {},
+                      {item.left() + right, item.center().y()});
+}
+
+void WindowTest::Press(QKeyCombination key, QWidget* in) {
+    TakeKeyboard();
+    if (in) {
+        in->setFocus();
     }
-    // A button that is pressed by its letter stays down for a moment.
-    for (const QAbstractButton* each : Window().Client()->findChildren<QAbstractButton*>()) {
-        EXPECT_TRUE(WaitFor([&] { return !each->isDown(); }));
-    }
-    return true;
+    QWidget* keyboard = QApplication::focusWidget();
+    QTest::keyClick(keyboard ? keyboard : Window().Window(), key.key(), key.keyboardModifiers());
+}
+
+void WindowTest::Type(const char* keys) {
+    QTest::keyClicks(Box(), QString::fromUtf8(keys));
 }
 
 /// Without a screen there is no window manager to take it back from a menu or another window.
@@ -178,14 +129,13 @@ void WindowTest::TakeKeyboard() {
     EXPECT_EQ(QGuiApplication::focusWindow(), window);
 }
 
-void WindowTest::Open(const char* compilers, const char* variables, const char* script) {
-    ASSERT_NE(GlobalApplication(), nullptr) << "the program has ended";
-    const QString path = StoreBytes(Path(u"document.tvq"_s),
-                                    DocumentImage(Sketches(compilers), Sketches(variables)));
+void WindowTest::Open(const std::string& compilers, const std::string& variables) {
+    const QString path =
+        StoreBytes(Path(u"document.tvq"_s),
+                   DocumentImage(Sketches(compilers.c_str()), Sketches(variables.c_str())));
     TheUser.Answers = {MessageBoxAnswer::No};
     ASSERT_TRUE(Program().FileOpen(path));
     Forget();
-    Act(script);
 }
 
 void WindowTest::Forget() {
@@ -275,36 +225,19 @@ void WindowTest::ExpectTheWindowAgrees() {
                                form.mnuFileSaveAs.Enabled(), form.mnuFileRun.Enabled()}) {
         EXPECT_EQ(enabled, form.tabContent.Enabled());
     }
-    for (const Menu* always : {&form.mnuFileNew, &form.mnuFileOpen, &form.mnuFileShowOutput,
-                               &form.mnuFileExit, &form.mnuHelpInfo}) {
+    for (const class Menu* always : {&form.mnuFileNew, &form.mnuFileOpen, &form.mnuFileShowOutput,
+                                     &form.mnuFileExit, &form.mnuHelpInfo}) {
         EXPECT_TRUE(always->Enabled());
     }
 }
 
 void WindowTest::Expect(const Case& expected) {
-    for (const char* script : expected.Acts) {
-        Act(script);
-    }
-    ASSERT_NE(GlobalApplication(), nullptr) << "the program has ended";
     ExpectTheWindowAgrees();
     EXPECT_EQ(Shown(), expected.Tree);
     EXPECT_EQ(Enabled(), expected.Enabled);
     EXPECT_EQ(Box()->text().toStdString(), expected.Box);
     EXPECT_TRUE(TheUser.Answers.empty() && TheUser.Files.empty()) << "an answer that nobody took";
     EXPECT_EQ(Changed(), expected.Changed);
-}
-
-void WindowTest::ExpectEach(const std::function<void()>& open, const std::vector<Case>& cases) {
-    for (Case each : cases) {
-        const std::vector<const char*> scripts = std::exchange(each.Acts, {});
-        EXPECT_FALSE(scripts.empty()) << "a case that tells nothing to do";
-        for (const char* script : scripts) {
-            SCOPED_TRACE(script);
-            open();
-            Act(script);
-            Expect(each);
-        }
-    }
 }
 
 } // namespace rivenfall

@@ -35,14 +35,12 @@ using Opening = bool Line::*;
 /// round.
 std::string Outline(const Lines& lines, Opening open, int selected = 0);
 
-/// What the user does, and how the program shows itself then. A field that a case doesn't name is
-/// expected to be empty or False.
+/// How the program shows itself. A field that a case doesn't name is expected to be empty or False.
 struct Case {
-    std::vector<const char*> Acts = {}; ///< Scripts for WindowTest::Act.
-    std::string Tree = {};              ///< The tree on view, as WindowTest::Shown tells it.
-    std::string Enabled = {};           ///< What can be used, as WindowTest::Enabled tells it.
-    std::string Box = {};               ///< The text in the value box.
-    bool Changed = false;               ///< The document can't be left without a question.
+    std::string Tree = {};    ///< The tree on view, as WindowTest::Shown tells it.
+    std::string Enabled = {}; ///< What can be used, as WindowTest::Enabled tells it.
+    std::string Box = {};     ///< The text in the value box.
+    bool Changed = false;     ///< The document can't be left without a question.
 };
 
 /// A program whose main window is worked by mouse and keyboard, and read as it shows itself.
@@ -57,21 +55,28 @@ protected:
     /// The row at @p position, counted from 1 over all levels; none where there is no such row.
     QModelIndex Row(int position) { return Rows({}).value(position - 1); }
 
-    /// Does what the words of @p script tell, one after the other; "_" stands for a blank:
-    /// - "click:3", "mark:3", "branch:3": a click on a row's label, check box or expander
-    /// - "tab:2": a click on a tab
-    /// - "Ok", "Document:Ctrl+A": a click on what has this name, or a key while it has it
-    /// - "type:x": keys for the value box
-    /// - "file:Save", "help:I": a menu and its entry, by the entry's name or letter
-    /// - "close": a click on the window's close button
-    /// - "yes", "no", "stay", "pick:a": the user's next answer, and the next file, "pick:" for none
-    ///
-    /// A word that can't be done fails the test, and the script ends there.
-    void Act(const QString& script);
-    void Act(const char* script) { Act(QString::fromUtf8(script)); }
+    // The user's verbs, which fail the test where they can't be done. The first name what has an
+    // accessible name, and a menu and its entry by their texts without "&".
+    void Click(const char* control);
+    void Menu(const char* menu, const char* entry);
+    void Tab(int position);
+    void ClickRow(int position) { ClickRow(position, 40); } ///< A click on the label.
+    void Mark(int position) { ClickRow(position, 8); }      ///< A click on the check box.
+    void Branch(int position) { ClickRow(position, -10); }  ///< A click on the expander.
+    /// A key for @p in, which gets the keyboard, or for what has it already.
+    void Press(QKeyCombination key, QWidget* in = nullptr);
+    /// Keys for the value box.
+    void Type(const char* keys);
+    /// A click on the window's close button.
+    void Close() { Window().Window()->close(); }
+    /// The next answer to a message box.
+    using enum MessageBoxAnswer;
+    void Answer(MessageBoxAnswer answer) { TheUser.Answers.push_back(answer); }
+    /// The next file in a file dialog, which is cancelled without one.
+    void PickFile(const char* name) { TheUser.Files.push_back(*name ? Path(name) : QString()); }
 
-    /// Opens a document in the file document.tvq, told by outlines, then acts by @p script.
-    void Open(const char* compilers, const char* variables = "FILE1(~)", const char* script = "");
+    /// Opens a document in the file document.tvq, told by outlines.
+    void Open(const std::string& compilers, const std::string& variables = "FILE1(~)");
 
     /// Reads the outline of the tree as the window shows it.
     std::string Shown();
@@ -89,16 +94,11 @@ protected:
     /// Expects what holds at any time: the tree on view shows the nodes of the document, its
     /// current row alone is selected, and the menus offer what fits.
     void ExpectTheWindowAgrees();
-    /// Expects @p expected once all of its scripts were done, one after the other.
+    /// Expects @p expected, and that the user was asked for all that they were to answer.
     void Expect(const Case& expected);
-    /// Expects each of @p cases after each of its scripts, with a document that @p open opens anew.
-    void ExpectEach(const std::function<void()>& open, const std::vector<Case>& cases);
 
 private:
-    bool Do(const QString& word);
-    bool ClickRow(const QString& position, int right);
-    bool Choose(const QString& menu, const QString& entry);
-    bool Press(const QString& control, const QString& keys);
+    void ClickRow(int position, int right);
     QModelIndexList Rows(const QModelIndex& parent);
     Lines LinesOnView();
     Lines LinesStored(int content);

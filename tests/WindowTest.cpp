@@ -1,5 +1,6 @@
 #include "WindowDriver.h"
 
+#include "support/Title.h"
 #include "system/PropertyBag.h"
 
 #include <QAction>
@@ -15,11 +16,6 @@ using namespace rivenfall;
 
 namespace {
 
-const QString Title = u"OMRA Rivenfall Compiler Controller 1.5.0"_s;
-const QString AskToSave = u"The file was changed.\r\nDo you want to save it?|3|"_s + Title;
-const QString AskBeforeNew = u"changed; FileSave?|3|"_s;
-const QString OpenDialog = u"Open File - "_s + Title;
-const QString SaveDialog = u"FileSave File As - "_s + Title;
 const QString NotFound = u"error: CreateProcess failed (2)"_s;
 
 // What is enabled over a node with siblings, over one without, over the only one of a document that
@@ -51,18 +47,20 @@ TEST_F(WindowTest, TreeAndTabsLieInFront) {
     QWidget* panel = form.picContent.Widget();
     EXPECT_EQ(form.Client()->size(), QSize(577, 353));
     EXPECT_EQ(form.Window()->minimumSize(), form.Window()->maximumSize());
-    Open("a,b", "X", "New");
+    Open("a,b");
+    Click("New");
     EXPECT_TRUE(form.tvwContent.Widget()->isAncestorOf(panel->childAt(20, 20)));
     EXPECT_TRUE(panel->isAncestorOf(form.Client()->childAt(300, 320)));
     EXPECT_EQ(form.Client()->childAt(Tabs()->mapTo(form.Client(), QPoint(20, 10))), Tabs());
 }
 
 TEST_F(WindowTest, TabKeyVisitsTheControlsInOrder) {
-    Open("a(p(v)),b", "X", "type:x");
+    Open("a(p(v)),b");
+    Type("x");
     EXPECT_EQ(QApplication::focusWidget(), Box());
     std::string visited;
     for (int press = 0; press < 8; ++press) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        Press(Qt::Key_Tab);
         QWidget* widget = QApplication::focusWidget();
         while (widget->accessibleName().isEmpty()) {
             widget = widget->parentWidget();
@@ -73,52 +71,60 @@ TEST_F(WindowTest, TabKeyVisitsTheControlsInOrder) {
 }
 
 TEST_F(WindowTest, IsInertBeforeTheFirstDocument) {
-    EXPECT_EQ(Window().Caption(), Title);
-    const Case inert = {.Enabled = "(no document)"};
-    Act("Value:Enter Document:Return Value:Esc Document:Esc Value:Down Document:Down "
-        "Document:Space Value:a New Remove Ok Cancel Move_up Move_down Document Value tab:2 "
-        "file:Save file:Save_as file:Run");
+    EXPECT_EQ(Window().Caption(), ProgramTitle());
+    for (QWidget* in : std::initializer_list<QWidget*>{Box(), Tree()}) {
+        for (const Qt::Key key :
+             {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Down, Qt::Key_Space, Qt::Key_A}) {
+            Press(key, in);
+        }
+    }
+    for (const char* control :
+         {"New", "Remove", "Ok", "Cancel", "Move up", "Move down", "Document", "Value"}) {
+        Click(control);
+    }
+    Tab(2);
+    for (const char* entry : {"Save", "Save as", "Run"}) {
+        Menu("File", entry);
+    }
     EXPECT_FALSE(OutputWindow()->isVisible());
     EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, QStringList());
-    Expect(inert);
-    Act("file:Show_output pick: file:Open");
+    Menu("File", "Show output");
+    PickFile("");
+    Menu("File", "Open");
     EXPECT_TRUE(OutputWindow()->isVisible());
-    EXPECT_EQ(OutputWindow()->windowTitle(), u"New File - [Output] - "_s + Title);
-    EXPECT_EQ(TheUser.Dialogs, QStringList{OpenDialog});
+    EXPECT_EQ(OutputWindow()->windowTitle(), u"New File - [Output] - "_s + ProgramTitle());
+    EXPECT_EQ(TheUser.Dialogs, QStringList{u"Open File - "_s + ProgramTitle()});
     EXPECT_EQ(Log(), QString());
-    Expect(inert);
+    Expect({.Enabled = "(no document)"});
 }
 
 TEST_F(WindowTest, AnEditIsNoPartOfWhatIsSavedAndRun) {
-    Open("za(p(v,w)),zb(q(x))", "X", "type:+ file:Save file:Run");
+    Open("za(p(v,w)),zb(q(x))", "X");
+    Type("+");
+    Menu("File", "Save");
+    Menu("File", "Run");
     EXPECT_TRUE(Holds(u"document.tvq"_s, "za(p(v,w)),zb(q(x))", "X"));
     EXPECT_EQ(Log(), Frame(u"za p v w"_s, NotFound) + u"\r\n"_s + Frame(u"zb q x"_s, NotFound));
 }
 
-TEST_F(WindowTest, AnEditBeginsWithAChangeOfTheText) {
-    const Case unchanged = {
-        .Acts = {"Value:Enter Value:Esc Document:Return Document:Esc Ok Cancel"},
-        .Tree = "*a,b",
-        .Enabled = WithSiblings,
-        .Box = "a"};
-    ExpectEach([this] { Open("a,b"); }, {unchanged});
-    const std::string longest(40000, 'v');
-    Open(longest.c_str());
-    EXPECT_EQ(Box()->text().toStdString(), longest);
-}
-
 TEST_F(WindowTest, ArrowKeysInTheBoxWalkTheTree) {
-    Open("a(p(v)),b", "X", "branch:1 Value:Home Value:Up");
+    Open("a(p(v)),b");
+    Branch(1);
+    Press(Qt::Key_Home, Box());
+    Press(Qt::Key_Up);
     EXPECT_EQ(Box()->cursorPosition(), 0);
-    Act("Value:Down Value:Down Value:Down Value:Down");
+    for (int press = 0; press < 4; ++press) {
+        Press(Qt::Key_Down);
+    }
     EXPECT_EQ(Shown(), "a(p(v)),*b");
     EXPECT_EQ(Stored(1), "a[p(v)],b");
-    Act("Value:Shift+Up Value:Ctrl+Up Value:Alt+Up");
+    for (const Qt::Modifier with : {Qt::SHIFT, Qt::CTRL, Qt::ALT}) {
+        Press(with | Qt::Key_Up);
+    }
     EXPECT_EQ(Shown(), "a(p(v)),*b");
-    Expect({.Acts = {"Value:Num+Up Value:Shift+Left"},
-            .Tree = "a(p(*v)),b",
-            .Enabled = Alone,
-            .Box = "v"});
+    Press(Qt::KeypadModifier | Qt::Key_Up);
+    Press(Qt::SHIFT | Qt::Key_Left);
+    Expect({.Tree = "a(p(*v)),b", .Enabled = Alone, .Box = "v"});
     EXPECT_EQ(Window().txtValue.SelText(), u"v");
 }
 
@@ -193,7 +199,8 @@ TEST_F(DropTest, IsTypedAtTheSelection) {
         Box()->setSelection(each.Start, each.Length);
         EXPECT_TRUE(Drop(each.Data, each.Offered)) << each.Box;
         Expect({.Tree = "*abc,d", .Enabled = Editing, .Box = each.Box});
-        Expect({.Acts = {"Value:Esc"}, .Tree = "*abc,d", .Enabled = WithSiblings, .Box = "abc"});
+        Press(Qt::Key_Escape);
+        Expect({.Tree = "*abc,d", .Enabled = WithSiblings, .Box = "abc"});
     }
 }
 
@@ -203,59 +210,30 @@ TEST_F(DropTest, IsRefusedWhereItCantBeCopiedAsText) {
     EXPECT_FALSE(Drop(Files, Qt::LinkAction));
     EXPECT_FALSE(Drop(Picture, Any));
     Expect({.Tree = "*abc,d", .Enabled = WithSiblings, .Box = "abc"});
-    Open("", "");
+    Open("", "X");
     EXPECT_FALSE(Drop(Text, Any));
 }
 
-TEST_F(WindowTest, AsksBeforeADocumentIsGivenUp) {
-    const Case changed = {
-        .Tree = "~(~(${FILE1})),*~(~(${FILE1}))", .Enabled = WithSiblings, .Changed = true};
-    Case saved = changed;
-    saved.Changed = false;
-    const Case fresh = {.Tree = "*~(~(${FILE1}))", .Enabled = JustOpened};
-    const Case opened = {.Tree = "*a", .Enabled = JustOpened, .Box = "a"};
-    const struct {
-        const char* Acts;
-        QStringList Asked;
-        const Case& Then;
-        bool Written = false;
-    } cases[] = {
-        {.Acts = "stay file:New", .Asked = {AskBeforeNew}, .Then = changed},
-        {.Acts = "no file:New", .Asked = {AskBeforeNew}, .Then = fresh},
-        {.Acts = "yes pick:one.tvq file:New",
-         .Asked = {AskBeforeNew, SaveDialog},
-         .Then = fresh,
-         .Written = true},
-        {.Acts = "yes pick: file:New", .Asked = {AskBeforeNew, SaveDialog}, .Then = fresh},
-        {.Acts = "stay file:Open", .Asked = {AskToSave}, .Then = changed},
-        {.Acts = "no pick: file:Open", .Asked = {AskToSave, OpenDialog}, .Then = changed},
-        {.Acts = "yes pick: file:Open", .Asked = {AskToSave, SaveDialog}, .Then = changed},
-        {.Acts = "yes pick:one.tvq pick: file:Open",
-         .Asked = {AskToSave, SaveDialog, OpenDialog},
-         .Then = saved,
-         .Written = true},
-        {.Acts = "no pick:document.tvq file:Open",
-         .Asked = {AskToSave, OpenDialog},
-         .Then = opened},
-        {.Acts = "stay file:Exit", .Asked = {AskToSave}, .Then = changed},
-        {.Acts = "stay close", .Asked = {AskToSave}, .Then = changed},
-        {.Acts = "yes pick: file:Exit", .Asked = {AskToSave, SaveDialog}, .Then = changed},
-        {.Acts = "yes pick: close", .Asked = {AskToSave, SaveDialog}, .Then = changed},
-    };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.Acts);
-        QFile::remove(Path(u"one.tvq"_s));
-        Open("a", "X", "file:New New");
-        Act(each.Acts);
-        EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, each.Asked);
-        Expect(each.Then);
-        EXPECT_EQ(QFile::exists(Path(u"one.tvq"_s)), each.Written);
-    }
-}
-
-TEST_F(WindowTest, ClosesWhenTheDocumentIsSaved) {
+TEST_F(WindowTest, LeavingAsksWhetherToSave) {
+    const QString ask = u"The file was changed.\r\nDo you want to save it?|3|"_s + ProgramTitle();
+    const QString save = u"FileSave File As - "_s + ProgramTitle();
     const std::weak_ptr<Application> program = GlobalApplication();
-    Open("a", "X", "file:New New yes pick:one.tvq close");
+    Menu("File", "New");
+    Click("New");
+    for (const std::function<void()>& leave : std::initializer_list<std::function<void()>>{
+             [this] { Menu("File", "Exit"); }, [this] { Close(); }}) {
+        Answer(Cancel);
+        leave();
+        Answer(Yes);
+        PickFile("");
+        leave();
+        EXPECT_EQ(std::exchange(TheUser.Asked, {}) + std::exchange(TheUser.Dialogs, {}),
+                  (QStringList{ask, ask, save}));
+        ExpectTheWindowAgrees();
+    }
+    Answer(Yes);
+    PickFile("one.tvq");
+    Close();
     EXPECT_TRUE(Holds(u"one.tvq"_s, "~(~(${FILE1})),~(~(${FILE1}))", "FILE1(~)"));
     EXPECT_TRUE(program.expired());
     ExpectNoWindowIsLeft();
@@ -278,18 +256,21 @@ QByteArray SecondVersion(const char* compilers, const char* variables) {
 
 TEST_F(WindowTest, OldVersionsHaveTheirCompilersOnly) {
     for (const QByteArray& bytes : {FirstVersion("c(o(u))"), SecondVersion("c(o(u))", "Q(1)")}) {
-        StoreBytes(Path(u"old.tvq"_s), bytes);
-        Open("a(p(v)),b", "X(1),Y(2)", "tab:2 click:4 type:+");
-        Expect({.Acts = {"pick:old.tvq file:Open"},
-                .Tree = "*c(o(u))",
-                .Enabled = JustOpened,
-                .Box = "c"});
+        StoreBytes(Path("old.tvq"), bytes);
+        Open("a(p(v)),b", "X(1),Y(2)");
+        Tab(2);
+        ClickRow(4);
+        Type("+");
+        PickFile("old.tvq");
+        Menu("File", "Open");
+        Expect({.Tree = "*c(o(u))", .Enabled = JustOpened, .Box = "c"});
         EXPECT_EQ(Tabs()->count(), 1);
         EXPECT_EQ(Stored(2), "FILE1(~)");
-        Expect({.Acts = {"file:Save pick:old.tvq file:Open tab:2"},
-                .Tree = "*FILE1(~)",
-                .Enabled = Alone,
-                .Box = "FILE1"});
+        Menu("File", "Save");
+        PickFile("old.tvq");
+        Menu("File", "Open");
+        Tab(2);
+        Expect({.Tree = "*FILE1(~)", .Enabled = Alone, .Box = "FILE1"});
         EXPECT_TRUE(Holds(u"old.tvq"_s, "c(o(u))", "FILE1(~)"));
     }
 }
@@ -299,77 +280,83 @@ TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
     for (int each = 0; each < 24; ++each) {
         outline += ",a(p(v))";
     }
-    Open(outline.c_str(), "X", "click:30");
+    Open(outline, "X");
+    ClickRow(30);
+    const auto rebuildFrom = [this](int row) {
+        Tree()->verticalScrollBar()->setValue(row - 1);
+        Type("+");
+        Press(Qt::Key_Return, Box());
+        EXPECT_EQ(Tree()->currentIndex(), Row(30));
+    };
     // The same row is at the top again, unless the selected one is out of view then.
     for (const auto& [former, next] : {std::pair(25, 25), std::pair(18, 18), std::pair(51, 30)}) {
-        Tree()->verticalScrollBar()->setValue(former - 1);
-        Act("type:+ Value:Enter");
+        rebuildFrom(former);
         EXPECT_EQ(Tree()->indexAt(QPoint(60, 2)), Row(next)) << former;
-        EXPECT_EQ(Tree()->currentIndex(), Row(30));
     }
-    Tree()->verticalScrollBar()->setValue(0);
-    Act("type:+ Value:Enter");
+    rebuildFrom(1);
     EXPECT_TRUE(Tree()->viewport()->rect().contains(Tree()->visualRect(Row(30))));
     Tree()->verticalScrollBar()->setValue(60);
-    Act("tab:2");
+    Tab(2);
     EXPECT_EQ(Shown(), "*X");
 }
 
 TEST_F(WindowTest, AnEmptyTreeLeavesNothingToEdit) {
     Open("", "X(1)");
-    Act("Move_up Move_down Document:Down Document:Space Value:Down New Remove file:Run");
+    for (const char* control : {"Move up", "Move down", "New", "Remove"}) {
+        Click(control);
+    }
+    Press(Qt::Key_Down, Tree());
+    Press(Qt::Key_Space);
+    Press(Qt::Key_Down, Box());
+    Menu("File", "Run");
     EXPECT_EQ(TheUser.Asked,
-              QStringList{u"No compilers to run!\r\nPlease select some...|16|"_s + Title});
+              QStringList{u"No compilers to run!\r\nPlease select some...|16|"_s + ProgramTitle()});
     Expect({.Enabled = "Move"});
-    Expect({.Acts = {"tab:2 type:+ tab:1"}, .Enabled = ""});
+    Tab(2);
+    Type("+");
+    Tab(1);
+    Expect({.Enabled = ""});
 }
 
-/// A way to quit in the middle of a run.
-struct Quitting {
-    const char* Name;
-    const char* Acts;
-    QStringList Asked = {};
-};
-
-void PrintTo(const Quitting& way, std::ostream* stream) {
-    *stream << way.Acts;
+TEST_F(WindowTest, QuitDuringARunEndsWithTheRun) {
+    const std::function<void()> ways[] = {
+        [this] { Close(); },
+        [this] { Menu("File", "Exit"); },
+        [this] {
+            Click("New");
+            Answer(Cancel);
+            Menu("File", "Exit");
+            Answer(No);
+            Menu("File", "Exit");
+            EXPECT_EQ(TheUser.Asked.size(), 2);
+        },
+    };
+    for (const auto& leave : ways) {
+        StartAnew();
+        QFile::remove(Path("mark"));
+        Open("sleep(0.5),touch(" + Path("mark").toStdString() + ")");
+        const std::weak_ptr<Application> program = GlobalApplication();
+        Later([&, &form = Window()] {
+            leave();
+            EXPECT_EQ(GlobalApplication(), nullptr);
+            ASSERT_FALSE(program.expired());
+            // The window stays, whatever is clicked, but nothing answers any more.
+            form.Window()->close();
+            EXPECT_TRUE(form.Visible());
+            for (const QWidget* widget : form.Window()->findChildren<QWidget*>()) {
+                EXPECT_FALSE(widget->isEnabled());
+            }
+            for (const QAction* entry : form.Window()->menuBar()->findChildren<QAction*>()) {
+                EXPECT_FALSE(entry->isEnabled());
+            }
+            EXPECT_TRUE(program.lock()->Execution()->Running());
+            OutputWindow()->close();
+        });
+        Menu("File", "Run");
+        EXPECT_TRUE(program.expired());
+        EXPECT_TRUE(QFile::exists(Path("mark")));
+        ExpectNoWindowIsLeft();
+    }
 }
-
-class QuitDuringARun : public WindowTest, public testing::WithParamInterface<Quitting> {};
-
-TEST_P(QuitDuringARun, EndsWithTheRun) {
-    const QString mark = Path(u"mark"_s);
-    Open(("sleep(1),touch(" + mark.toStdString() + ")").c_str());
-    const std::weak_ptr<Application> program = GlobalApplication();
-    Later([&, &form = Window()] {
-        Act(GetParam().Acts);
-        EXPECT_EQ(GlobalApplication(), nullptr);
-        ASSERT_FALSE(program.expired());
-        // The window stays, whatever is clicked, but nothing answers any more.
-        form.Window()->close();
-        EXPECT_TRUE(form.Visible());
-        for (const QWidget* widget : form.Window()->findChildren<QWidget*>()) {
-            EXPECT_FALSE(widget->isEnabled());
-        }
-        for (const QAction* entry : form.Window()->menuBar()->findChildren<QAction*>()) {
-            EXPECT_FALSE(entry->isEnabled());
-        }
-        EXPECT_TRUE(program.lock()->Execution()->Running());
-        OutputWindow()->close();
-    });
-    Act("file:Run");
-    EXPECT_TRUE(program.expired());
-    EXPECT_TRUE(QFile::exists(mark));
-    EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, GetParam().Asked);
-    ExpectNoWindowIsLeft();
-}
-
-INSTANTIATE_TEST_SUITE_P(Ways, QuitDuringARun,
-                         testing::Values(Quitting{.Name = "Close", .Acts = "close"},
-                                         Quitting{.Name = "Exit", .Acts = "file:Exit"},
-                                         Quitting{.Name = "Stay",
-                                                  .Acts = "New stay file:Exit no file:Exit",
-                                                  .Asked = {AskToSave, AskToSave}}),
-                         [](const auto& way) { return way.param.Name; });
 
 } // namespace
