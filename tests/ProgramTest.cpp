@@ -88,6 +88,7 @@ TEST_F(StartTest, AnswersWithoutADisplay) {
 
 /// What Qt does where the screen goes away, from inside its reader of events.
 TEST(EndTest, AnExitFromInsideTheEventLoopIsClean) {
+    const AwaitedChildren children;
     // In a process of its own: a copy of this one would lack the threads that Qt waits for.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto loseTheScreen = [] {
