@@ -29,16 +29,6 @@ TEST_F(DocumentFileTest, AByteOrderMarkInFrontOfAValueStays) {
     EXPECT_EQ(content.Compilers.Item(2)->Value(), compilers.Item(2)->Value());
 }
 
-TEST_F(DocumentFileTest, AProcessKilledWhileItSavesLeavesTheOldFileWhole) {
-    const QString path = StoreBytes(Path(u"old.tvq"_s), DocumentImage(SomeCompilers));
-    DataNodes compilers, variables;
-    compilers.Add(QString(100000, u'v'));
-    const AwaitedChildren children;
-    EXPECT_EXIT(WithFileSizeLimit(50000, [&] { WriteDocumentFile(path, compilers, variables); }),
-                testing::KilledBySignal(SIGXFSZ), "");
-    EXPECT_EQ(BytesOf(path), DocumentImage(SomeCompilers));
-}
-
 TEST_F(DocumentFileTest, NothingIsSavedThatCouldNotBeOpenedAgain) {
     const QString path = StoreBytes(Path(u"old.tvq"_s), DocumentImage(SomeCompilers));
     DataNodes compilers, variables;

@@ -44,6 +44,14 @@ TEST_F(RunnerSignalTest, WhatWasIgnoredStaysIgnored) {
     Bash("env --ignore-signal=CHLD --block-signal=CHLD $RUN doc.tvq").Tells("…").Ends(3);
 }
 
+TEST_F(RunnerSignalTest, ALimitOnTheSizeOfFilesIsToldAndLeftToTheChild) {
+    Document({{"grep", {"SigIgn", "/proc/self/status"}}});
+    Bash("$RUN doc.tvq").Prints("…SigIgn:\t0000000000000000\n").Ends(0);
+    Bash("ulimit -f 0; $RUN --print doc.tvq >log")
+        .Tells("rivenfall-run: standard output can't be written: File too large\n")
+        .Ends(3);
+}
+
 TEST_F(RunnerSignalTest, AClosedPipeEndsItBehindItsChild) {
     Document({"yes", Shell(u": >next"_s)});
     Bash("$RUN doc.tvq | head -c 200 >/dev/null; exit ${PIPESTATUS[0]}")
