@@ -3,10 +3,8 @@
 #include "runner/Child.h"
 #include "runner/Output.h"
 #include "runner/ShellText.h"
-#include "runner/VisibleText.h"
 #include "system/CurrentDirectory.h"
 
-#include <QHash>
 #include <QSet>
 
 namespace rivenfall {
@@ -14,35 +12,6 @@ namespace rivenfall {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// About as many characters as are written in one go.
-constexpr qsizetype BlockSize = 1 << 15;
-
-QString LineOf(const Command& command, ShellNotation notation) {
-    if (command.Directory) {
-        return ShellDirectoryChange(*command.Directory, notation);
-    }
-    QStringList words;
-    words.reserve(command.Items.Count());
-    for (int index = 1; index <= command.Items.Count(); ++index) {
-        words += command.Items.Item(index);
-    }
-    return ShellCommand(words, notation);
-}
-
-void WriteLines(const std::vector<Command>& commands, Output& output) {
-    const ShellNotation notation =
-        output.IsTerminal() ? ShellNotation::Visible : ShellNotation::Posix;
-    QString block;
-    for (const Command& command : commands) {
-        block += LineOf(command, notation);
-        if (block.size() >= BlockSize) {
-            output.Write(block.toUtf8());
-            block.resize(0);
-        }
-    }
-    output.Write(block.toUtf8());
-}
 
 /// Goes the way of a run through the directories and looks at what it would start.
 class Survey {
@@ -53,9 +22,9 @@ public:
         }
         const DirectoryChange change = ChangeDirectory(path);
         pblnPlaceKnown = change.Number == 0;
-        pobjErrors.clear();
+        pobjSeen.removeIf([](const QString& program) { return program.contains(u'/'); });
         if (change.Number != 0) {
-            TellOnce(u"cd %1"_s.arg(path).trimmed() + u": "_s + change.Description);
+            Tell(u"cd %1"_s.arg(path).trimmed() + u": "_s + change.Description);
         }
     }
 
@@ -63,35 +32,32 @@ public:
         if (!pblnPlaceKnown && program.contains(u'/') && !program.startsWith(u'/')) {
             return;
         }
-        const auto known = pobjErrors.constFind(program);
-        const int error = known != pobjErrors.constEnd()
-                              ? *known
-                              : *pobjErrors.insert(program, LookForProgram(program));
-        if (error != 0) {
-            TellOnce(u"%1: %2"_s.arg(program, ReasonOf(error)));
+        const qsizetype seen = pobjSeen.size();
+        pobjSeen.insert(program);
+        if (const int error = pobjSeen.size() > seen ? LookForProgram(program) : 0; error != 0) {
+            Tell(u"%1: %2"_s.arg(program, ReasonOf(error)));
         }
     }
 
 private:
-    void TellOnce(const QString& message) {
-        if (!pobjTold.contains(message)) {
-            pobjTold.insert(message);
-            Tell(message);
-        }
-    }
-
     /// The current directory is the one that the run will be in. It isn't behind a change to one
     /// that may be made only by a command before it.
     bool pblnPlaceKnown = true;
-    /// What the programs that were looked for came to, in the current directory.
-    QHash<QString, int> pobjErrors;
-    QSet<QString> pobjTold;
+    /// The programs that were looked for, those with a path since the last change of directory.
+    QSet<QString> pobjSeen;
 };
 
 } // namespace
 
 void PrintCommands(const std::vector<Command>& commands, Output& output) {
-    WriteLines(commands, output);
+    const ShellNotation notation =
+        output.IsTerminal() ? ShellNotation::Visible : ShellNotation::Posix;
+    QString lines;
+    for (const Command& command : commands) {
+        lines += command.Directory ? ShellDirectoryChange(*command.Directory, notation)
+                                   : ShellCommand(command.Items, notation);
+    }
+    output.Write(lines.toUtf8());
     Survey survey;
     for (const Command& command : commands) {
         if (command.Directory) {

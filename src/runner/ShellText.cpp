@@ -13,14 +13,12 @@ namespace {
 /// The words that dash, bash, busybox, ksh or mksh take for more than the name of a program.
 constexpr QStringView ShellWords =
     u" . : [ [[ alias autoload bg bind break builtin caller case cat cd chdir command compgen "
-    u"complete "
-    "compopt continue coproc declare dirs disown do done echo elif else enable enum esac eval exec "
-    "exit export false fc fg fi float for function functions getconf getopts global hash help "
-    "hist history if in integer jobs kill let local logout mapfile mknod nameref newgrp nohup popd "
-    "print "
-    "printf pushd pwd read readarray readonly realpath rename return select set shift shopt sleep "
-    "source stop suspend test then time times trap true type typeset ulimit umask unalias unset "
-    "until wait whence while ";
+    u"complete compopt continue coproc declare dirs disown do done echo elif else enable "
+    u"enum esac eval exec exit export false fc fg fi float for function functions getconf "
+    u"getopts global hash help hist history if in integer jobs kill let local logout mapfile "
+    u"mknod nameref newgrp nohup popd print printf pushd pwd read readarray readonly "
+    u"realpath rename return select set shift shopt sleep source stop suspend test then time "
+    u"times trap true type typeset ulimit umask unalias unset until wait whence while ";
 
 bool IsShellWord(const QString& word) {
     return !word.contains(u' ') && ShellWords.contains(u' ' + word + u' ');
@@ -74,11 +72,12 @@ bool HasParentStep(const QString& path) {
 
 } // namespace
 
-QString ShellCommand(const QStringList& items, ShellNotation notation) {
+QString ShellCommand(const StringList& items, ShellNotation notation) {
     QString line;
-    for (const QString& item : items) {
+    for (int index = 1; index <= items.Count(); ++index) {
+        const QString item = items.Item(index);
         if (item.contains(QChar::Null)) {
-            return Failing(items.join(u' '));
+            return Failing(items.Text());
         }
         if (!line.isEmpty()) {
             line += u' ';
@@ -87,7 +86,7 @@ QString ShellCommand(const QStringList& items, ShellNotation notation) {
     }
     // exec looks along PATH alone, never among the shell's own commands. (mksh alone finds its own
     // there too.)
-    if (IsShellWord(items.first())) {
+    if (IsShellWord(items.Item(1))) {
         line = u"(exec "_s + line + u')';
     }
     return line + u" </dev/null\n"_s;

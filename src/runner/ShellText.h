@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include "support/StringList.h"
 
 namespace rivenfall {
 
@@ -11,10 +10,10 @@ enum class ShellNotation {
     Visible, ///< As $'…' with escapes, which bash, zsh, ksh and busybox read as the same text.
 };
 
-/// A line for a POSIX shell that starts the program @p items[0] with the arguments behind it, as a
-/// run does: with exactly these texts, by a search along PATH alone. Its standard input is empty,
+/// A line for a POSIX shell that starts the first one of @p items with the others as arguments, as
+/// a run does: with exactly these texts, by a search along PATH alone. Its standard input is empty,
 /// since the shell's own may hold these very lines.
-QString ShellCommand(const QStringList& items, ShellNotation notation);
+QString ShellCommand(const StringList& items, ShellNotation notation);
 
 /// A line for a POSIX shell that changes to the directory @p path as a run does.
 QString ShellDirectoryChange(const QString& path, ShellNotation notation);
