@@ -2,6 +2,7 @@
 
 #include "data/DataNode.h"
 #include "document/DocumentFile.h"
+#include "support/Title.h"
 #include "system/MessageBox.h"
 
 using namespace rivenfall;
@@ -94,8 +95,7 @@ TEST_F(DataTest, MovesNoNodeOutOfItsList) {
     SetMessageBoxHandler(former);
     EXPECT_EQ(Outline(Root), "a,b,c");
     EXPECT_EQ(TakeEvents(), QStringList());
-    EXPECT_EQ(asked, QStringList(2, u"DestinationIndex out of range|48|"
-                                    "OMRA Rivenfall Compiler Controller 1.5.0"_s));
+    EXPECT_EQ(asked, QStringList(2, u"DestinationIndex out of range|48|"_s + ProgramTitle()));
 }
 
 TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {

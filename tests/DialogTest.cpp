@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTimer>
+#include <QWindow>
 
 using namespace rivenfall;
 
@@ -102,6 +103,26 @@ TEST_F(DialogTest, ANameEndsInTheExtension) {
     }
     EXPECT_EQ(QDir(Folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name),
               (QStringList{u".hidden.tvq"_s, u"document.tvq"_s, u"old.TVQ"_s, u"v1.2.tvq"_s}));
+}
+
+TEST_F(DialogTest, InfoComesByMenuAndByKeyInEachWindow) {
+    QWidget* log = Runner().Log().Widget();
+    QList<QWidget*> owners;
+    const auto close = [&](QDialog& box) {
+        EXPECT_EQ(box.windowTitle(), ProgramTitle());
+        owners += box.parentWidget();
+        box.accept();
+    };
+    AnswerEach<QDialog>(close, [&] {
+        Menu("Help", "Info");
+        Press(Qt::Key_F1);
+        Runner().Show();
+        log->window()->windowHandle()->requestActivate();
+        QCoreApplication::processEvents();
+        QTest::keyClick(log, Qt::Key_F1);
+    });
+    QWidget* const window = Window().Window();
+    EXPECT_EQ(owners, (QList<QWidget*>{window, window, log->window()}));
 }
 
 TEST_F(DialogTest, StartsWhereTheUserCanWrite) {

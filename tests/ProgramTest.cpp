@@ -2,6 +2,7 @@
 
 #include "support/Title.h"
 
+#include <QDir>
 #include <QProcess>
 
 #include <cstdlib>
@@ -66,6 +67,18 @@ protected:
         return names;
     }
 
+    /// Starts the program with windows that nobody sees, and presses @p keys in them.
+    void Work(const QStringList& arguments, const char* keys) {
+        QProcessEnvironment environment = Process.processEnvironment();
+        environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        environment.insert(u"LD_PRELOAD"_s, QString::fromUtf8(RIVENFALL_KEY_PRESSER));
+        environment.insert(u"RIVENFALL_KEYS"_s, QString::fromUtf8(keys));
+        environment.insert(u"ASAN_OPTIONS"_s, u"verify_asan_link_order=0"_s);
+        Process.setProcessEnvironment(environment);
+        EXPECT_EQ(Run(arguments).find("0|"), 0) << keys;
+        EXPECT_EQ(Process.exitStatus(), QProcess::NormalExit);
+    }
+
     const AwaitedChildren Children;
     QTemporaryDir Folder;
     QProcess Process;
@@ -76,6 +89,19 @@ TEST_F(StartTest, OpensTheDocumentThatIsNamedFirst) {
         StoreBytes(Folder.filePath(name), DocumentImage(Sketches("a")));
     EXPECT_EQ(Opened({u"a b.tvq"_s, u"c.tvq"_s}), QStringList{u"a b.tvq"_s});
     EXPECT_EQ(Opened({u"./--help"_s}), QStringList{u"--help"_s});
+}
+
+TEST_F(StartTest, IsWorkedByKeysAndLeftWithStatusZero) {
+    const QByteArray document = DocumentImage(Sketches("cd(sub),sleep(0.4),touch(done)"));
+    QDir(Folder.path()).mkdir(u"sub"_s);
+    Work({}, "Alt+F,X");
+    StoreBytes(Folder.filePath(u"a.tvq"_s), document + "which a save cuts off");
+    Work({u"a.tvq"_s}, "Alt+F,R,Alt+F,X");
+    EXPECT_TRUE(QFile::exists(Folder.filePath(u"sub/done"_s)));
+    // The path that was named is that of the start, wherever a run has gone.
+    Work({u"a.tvq"_s}, "Alt+F,R,Wait,Alt+F,S,Alt+F,X");
+    EXPECT_EQ(BytesOf(Folder.filePath(u"a.tvq"_s)), document);
+    EXPECT_FALSE(QFile::exists(Folder.filePath(u"sub/a.tvq"_s)));
 }
 
 TEST_F(StartTest, AnswersWithoutADisplay) {

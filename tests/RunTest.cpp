@@ -9,6 +9,7 @@
 
 #include <cstring>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace rivenfall;
@@ -156,6 +157,7 @@ TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
     EXPECT_EQ(OpenDescriptors(), before);
     Execute({u"true"_s});
     EXPECT_EQ(OpenDescriptors(), before);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a zombie is left";
     const int free = dup(STDOUT_FILENO);
     close(free);
     // Room for no pipe, for the first one, and for half of the second one.

@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
 
@@ -103,9 +104,52 @@ TEST_F(TreeTest, MouseSelectsChecksAndOpens) {
     EXPECT_EQ(TakeLog(), "collapse 2");
     DoubleClick("2", Label);
     EXPECT_EQ(TakeLog(), "click 2, expand 2");
+    Drag(Find("1.1", Box), Find("1.1", Box) + QPoint(1, 1));
+    EXPECT_EQ(TakeLog(), "check 1.1");
     QObject::connect(&pobjTree, &TreeView::NodeClick, &pobjWindow, [this] { Fill(3, 5); });
     Click("2", Label);
     EXPECT_EQ(pobjTree.Nodes().Count(), 18);
+}
+
+TEST_F(TreeTest, KeysWalkCheckAndOpen) {
+    Fill(2, 2);
+    At("1").SetSelected(true);
+    const std::pair<Qt::Key, const char*> keys[] = {
+        {Qt::Key_Space, "check 1"},
+        {Qt::Key_Minus, "collapse 1"},
+        {Qt::Key_Minus, ""},
+        {Qt::Key_Plus, "expand 1"},
+        {Qt::Key_Plus, ""},
+        {Qt::Key_Left, "collapse 1"},
+        {Qt::Key_Asterisk, "expand 1"},
+        {Qt::Key_Right, "click 1.1"},
+        {Qt::Key_Left, "click 1"},
+        {Qt::Key_End, "click 2.2"},
+        {Qt::Key_Home, "click 1"},
+        {Qt::Key_C, "click 1.1"},
+        {Qt::Key_Down, "click 1.2"},
+        {Qt::Key_Up, "click 1.1"},
+    };
+    for (const auto& [key, log] : keys) {
+        Press(key);
+        EXPECT_EQ(TakeLog(), log) << key;
+    }
+    // A row in a closed branch stays selected; only the branch answers then.
+    At("1").SetExpanded(false);
+    TakeLog();
+    Press(Qt::Key_Space);
+    EXPECT_EQ(TakeLog(), "");
+    Press(Qt::Key_Right);
+    EXPECT_EQ(TakeLog(), "expand 1");
+    EXPECT_EQ(Selected(), u"1.1");
+}
+
+TEST_F(TreeTest, AnExpanderWorksFromRightToLeft) {
+    Fill(1, 1);
+    View()->setLayoutDirection(Qt::RightToLeft);
+    const QRect row = View()->visualRect(View()->model()->index(0, 0));
+    QTest::mouseClick(Port(), Qt::LeftButton, {}, {row.right() + 10, row.center().y()});
+    EXPECT_EQ(TakeLog(), "collapse 1");
 }
 
 TEST_F(TreeTest, OtherButtonsDoNothing) {
@@ -180,6 +224,13 @@ TEST_F(TreeTest, RowsShowWhatFitsAndHideNothing) {
     };
     EXPECT_GT(width(1), width(0));
     EXPECT_LT(width(2), 30'000);
+    // A wide row is scrolled by the user alone.
+    QScrollBar* bar = View()->horizontalScrollBar();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return bar->maximum() == width(2) + View()->indentation() - Port()->width(); }));
+    bar->setValue(30);
+    Press(Qt::Key_End);
+    EXPECT_EQ(bar->value(), 30);
     QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(View());
     EXPECT_EQ(tree->child(1)->text(QAccessible::Name), u"rm \u202eexe");
     EXPECT_LT(tree->child(2)->text(QAccessible::Name).size(), 2000);
