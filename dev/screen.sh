@@ -11,16 +11,23 @@ programs=$(realpath -- "${1:-$root/build/bin}")
 
 work=$(mktemp -d)
 started=()
-finish() {
+end_started() {
     ((${#started[@]} == 0)) || kill "${started[@]}" 2>/dev/null || true
     wait
+    started=()
+}
+finish() {
+    end_started
     rm -rf "$work"
 }
 trap finish EXIT
 
-# Starts a screen of that many pixels. A command behind "${screen[@]}" finds it, and a home of its own.
+# Starts a screen of that many pixels in the place of the one before. A command behind "${screen[@]}"
+# finds it, and a home of its own.
 start_screen() {
     local number
+    end_started
+    rm -rf "$work/run" "$work/home" "$work/number"
     mkdir -m 700 "$work/run" "$work/home"
     # The server finds a free number by itself and writes it when it is ready.
     mkfifo "$work/number"
