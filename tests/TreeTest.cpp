@@ -146,6 +146,7 @@ TEST_F(TreeTest, KeysWalkCheckAndOpen) {
 
 TEST_F(TreeTest, AnExpanderWorksFromRightToLeft) {
     Fill(1, 1);
+    At("1").SetSelected(true);
     View()->setLayoutDirection(Qt::RightToLeft);
     const QRect row = View()->visualRect(View()->model()->index(0, 0));
     QTest::mouseClick(Port(), Qt::LeftButton, {}, {row.right() + 10, row.center().y()});
