@@ -16,8 +16,6 @@ using namespace rivenfall;
 
 namespace {
 
-const QString NotFound = u"error: CreateProcess failed (2)"_s;
-
 // What is enabled over a node with siblings, over one without, over the only one of a document that
 // was just opened, and while a value is edited.
 const std::string WithSiblings = "New Remove Move Value";
@@ -98,28 +96,11 @@ TEST_F(WindowTest, IsInertBeforeTheFirstDocument) {
     Expect({.Enabled = "(no document)"});
 }
 
-TEST_F(WindowTest, AnEditIsNoPartOfWhatIsSavedAndRun) {
-    Open("za(p(v,w)),zb(q(x))", "X");
-    Type("+");
-    Menu("File", "Save");
-    Menu("File", "Run");
-    EXPECT_TRUE(Holds(u"document.tvq"_s, "za(p(v,w)),zb(q(x))", "X"));
-    EXPECT_EQ(Log(), Frame(u"za p v w"_s, NotFound) + u"\r\n"_s + Frame(u"zb q x"_s, NotFound));
-}
-
-TEST_F(WindowTest, ArrowKeysInTheBoxWalkTheTree) {
+TEST_F(WindowTest, ArrowKeysInTheBoxWalkTheTreeAlone) {
     Open("a(p(v)),b");
-    Branch(1);
-    Press(Qt::Key_Home, Box());
-    Press(Qt::Key_Up);
-    EXPECT_EQ(Box()->cursorPosition(), 0);
-    for (int press = 0; press < 4; ++press) {
-        Press(Qt::Key_Down);
-    }
-    EXPECT_EQ(Shown(), "a(p(v)),*b");
-    EXPECT_EQ(Stored(1), "a[p(v)],b");
+    ClickRow(4);
     for (const Qt::Modifier with : {Qt::SHIFT, Qt::CTRL, Qt::ALT}) {
-        Press(with | Qt::Key_Up);
+        Press(with | Qt::Key_Up, Box());
     }
     EXPECT_EQ(Shown(), "a(p(v)),*b");
     Press(Qt::KeypadModifier | Qt::Key_Up);
