@@ -38,7 +38,7 @@ void Load(benchmark::State& state) {
 }
 
 void Sizes(benchmark::internal::Benchmark* work) {
-    work->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+    work->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 }
 
 } // namespace
