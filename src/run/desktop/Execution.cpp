@@ -32,15 +32,15 @@ Execution::Execution() : pobjForm(new frmExec) {
     ReapChildrenInKernel();
     pobjForm->SetCaption(u"[Output] - "_s + ProgramTitle());
     pobjFormTmrTick = &pobjForm->tmrTick;
-    pobjFormTmrTick->SetInterval(TickMilliseconds);
-    pobjFormTmrTick->SetEnabled(true);
+    pobjFormTmrTick->setTimerType(Qt::PreciseTimer);
+    pobjFormTmrTick->start(TickMilliseconds);
     pobjFormTxtOutput = &pobjForm->txtOutput;
 
     QObject::connect(
         pobjForm.get(), &Form::QueryUnload, &pobjSinks,
         [this](bool& cancel, FormUnloadMode mode) { pobjForm_QueryUnload(cancel, mode); });
     QObject::connect(pobjForm.get(), &Form::Resize, &pobjSinks, [this] { pobjForm_Resize(); });
-    QObject::connect(pobjFormTmrTick, &Timer::Tick, &pobjSinks,
+    QObject::connect(pobjFormTmrTick, &QTimer::timeout, &pobjSinks,
                      [this] { pobjFormTmrTick_Timer(); });
     pobjForm_Resize();
 }
@@ -48,8 +48,7 @@ Execution::Execution() : pobjForm(new frmExec) {
 Execution::~Execution() {
     pobjForm->Hide();
     pobjFormTxtOutput = nullptr;
-    pobjFormTmrTick->SetEnabled(false);
-    pobjFormTmrTick->SetInterval(0);
+    pobjFormTmrTick->stop();
     pobjFormTmrTick = nullptr;
     pobjForm->Unload();
 }

@@ -8,10 +8,11 @@
 
 #include <memory>
 
+class QTimer;
+
 namespace rivenfall {
 
 class MultiLineTextBox;
-class Timer;
 enum class FormUnloadMode;
 class frmExec;
 
@@ -74,7 +75,7 @@ private:
     Handle phndOutputRead = 0;
     Handle phndProcess = 0;
     bool pblnRunning = false;
-    Timer* pobjFormTmrTick = nullptr;
+    QTimer* pobjFormTmrTick = nullptr;
 
     /// Output that isn't in the log yet: a character that was cut by a chunk's end.
     QByteArray pobjUnfinished;

@@ -2,7 +2,8 @@
 
 #include "controls/Form.h"
 #include "controls/MultiLineTextBox.h"
-#include "controls/Timer.h"
+
+#include <QTimer>
 
 namespace rivenfall {
 
@@ -15,7 +16,7 @@ public:
     /// Makes the window, hidden, with the clock switched off.
     frmExec();
 
-    Timer tmrTick;
+    QTimer tmrTick;
     MultiLineTextBox txtOutput;
 };
 
