@@ -10,16 +10,16 @@ using namespace rivenfall;
 namespace {
 
 /// A tree of compilers whose events are kept, each with the key and the value of the node.
-class DataTest : public testing::Test, private DataNodesEvents {
+class DataTest : public testing::Test {
 protected:
     DataTest() {
         Root.SetDataNodesType(NodeKind::Compiler);
-        Root.SetEvents(this);
+        Root.SetEvents({[this](DataNode& DN) { Keep("Add", DN); },
+                        [this](DataNode& DN) { Keep("Move", DN); },
+                        [this](DataNode& DN) { KeepRemoved(DN); }});
     }
 
-    void Add(DataNode& DN) override { Keep("Add", DN); }
-    void Move(DataNode& DN) override { Keep("Move", DN); }
-    void Remove(DataNode& DN) override {
+    void KeepRemoved(const DataNode& DN) {
         Keep("Remove", DN);
         // It still stands in its list, which isn't renumbered yet, and has nothing below it.
         EXPECT_EQ(DN.Parent()->Item(DN.Index()).get(), &DN);

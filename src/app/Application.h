@@ -99,8 +99,6 @@ private:
     struct FormDeleter {
         void operator()(frmMain* form) const;
     };
-    class CompilersEvents;
-    class VariablesEvents;
 
     // document/desktop/DocumentCommands.cpp
     bool AskOpenFileName();
@@ -226,8 +224,6 @@ private:
     TextBox* pobjFormTxtValue = nullptr;
     UpDown* pobjFormUdnMove = nullptr;
 
-    std::unique_ptr<DataNodesEvents> pobjCompilersEvents;
-    std::unique_ptr<DataNodesEvents> pobjVariablesEvents;
     /// The receiver of the controls' events: what is connected to it ends with the object.
     QObject pobjSinks;
 };

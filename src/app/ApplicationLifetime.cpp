@@ -9,32 +9,6 @@ namespace rivenfall {
 
 using namespace Qt::StringLiterals;
 
-/// Hands the events of the compilers' root to the handlers of its field.
-class Application::CompilersEvents : public DataNodesEvents {
-public:
-    explicit CompilersEvents(Application& owner) : Owner(owner) {}
-
-    void Add(DataNode& DN) override { Owner.pobjCompilers_Add(DN); }
-    void Move(DataNode& DN) override { Owner.pobjCompilers_Move(DN); }
-    void Remove(DataNode& DN) override { Owner.pobjCompilers_Remove(DN); }
-
-private:
-    Application& Owner;
-};
-
-/// Hands the events of the variables' root to the handlers of its field.
-class Application::VariablesEvents : public DataNodesEvents {
-public:
-    explicit VariablesEvents(Application& owner) : Owner(owner) {}
-
-    void Add(DataNode& DN) override { Owner.pobjVariables_Add(DN); }
-    void Move(DataNode&) override {}
-    void Remove(DataNode& DN) override { Owner.pobjVariables_Remove(DN); }
-
-private:
-    Application& Owner;
-};
-
 void Application::FormDeleter::operator()(frmMain* form) const {
     form->deleteLater();
 }
@@ -48,12 +22,14 @@ Application::Application() {
 
     pobjCompilers = std::make_unique<DataNodes>();
     pobjCompilers->SetDataNodesType(NodeKind::Compiler);
-    pobjCompilersEvents = std::make_unique<CompilersEvents>(*this);
-    pobjCompilers->SetEvents(pobjCompilersEvents.get());
+    pobjCompilers->SetEvents({[this](DataNode& DN) { pobjCompilers_Add(DN); },
+                              [this](DataNode& DN) { pobjCompilers_Move(DN); },
+                              [this](DataNode& DN) { pobjCompilers_Remove(DN); }});
     pobjVariables = std::make_unique<DataNodes>();
     pobjVariables->SetDataNodesType(NodeKind::Variable);
-    pobjVariablesEvents = std::make_unique<VariablesEvents>(*this);
-    pobjVariables->SetEvents(pobjVariablesEvents.get());
+    pobjVariables->SetEvents({[this](DataNode& DN) { pobjVariables_Add(DN); },
+                              {},
+                              [this](DataNode& DN) { pobjVariables_Remove(DN); }});
 
     LoadForm();
     ConnectControls();
@@ -70,7 +46,7 @@ Application::~Application() {
     pobjForm.reset();
     for (std::unique_ptr<DataNodes>* root : {&pobjCompilers, &pobjVariables}) {
         if (*root) {
-            (*root)->SetEvents(nullptr);
+            (*root)->SetEvents({});
             (*root)->Dispose();
             root->reset();
         }

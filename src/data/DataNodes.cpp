@@ -45,8 +45,8 @@ void DataNodes::SetDataNodesType(NodeKind kind) {
     plngDataNodesType = kind;
 }
 
-void DataNodes::SetEvents(DataNodesEvents* events) {
-    pobjEvents = events;
+void DataNodes::SetEvents(DataNodesEvents events) {
+    pobjEvents = std::make_unique<DataNodesEvents>(std::move(events));
 }
 
 void DataNodes::Dispose() {
@@ -92,7 +92,7 @@ void DataNodes::SetParent(DataNode* parent) {
 void DataNodes::RaiseAdd(DataNode& DN) {
     if (pobjParent) {
         pobjParent->pobjChilds_Add(DN);
-    } else if (pobjEvents) {
+    } else if (pobjEvents && pobjEvents->Add) {
         pobjEvents->Add(DN);
     }
 }
@@ -100,7 +100,7 @@ void DataNodes::RaiseAdd(DataNode& DN) {
 void DataNodes::RaiseMove(DataNode& DN) {
     if (pobjParent) {
         pobjParent->pobjChilds_Move(DN);
-    } else if (pobjEvents) {
+    } else if (pobjEvents && pobjEvents->Move) {
         pobjEvents->Move(DN);
     }
 }
@@ -108,7 +108,7 @@ void DataNodes::RaiseMove(DataNode& DN) {
 void DataNodes::RaiseRemove(DataNode& DN) {
     if (pobjParent) {
         pobjParent->pobjChilds_Remove(DN);
-    } else if (pobjEvents) {
+    } else if (pobjEvents && pobjEvents->Remove) {
         pobjEvents->Remove(DN);
     }
 }

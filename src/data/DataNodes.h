@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -10,20 +11,17 @@ namespace rivenfall {
 class DataNode;
 enum class NodeKind : qint8;
 
-/// Who hears of the changes in a root collection and everything below it. Each call names the
-/// node that was really added, moved or removed.
-class DataNodesEvents {
-public:
-    virtual ~DataNodesEvents() = default;
-
+/// What is called for the changes in a root collection and everything below it. Each call names the
+/// node that was really added, moved or removed. An empty function hears nothing.
+struct DataNodesEvents {
     /// @p DN has been added, numbered and switched on.
-    virtual void Add(DataNode& DN) = 0;
+    std::function<void(DataNode& DN)> Add;
 
     /// @p DN stands at its new position.
-    virtual void Move(DataNode& DN) = 0;
+    std::function<void(DataNode& DN)> Move;
 
     /// @p DN is about to go and still has its Index, Value and Key; its Childs are gone already.
-    virtual void Remove(DataNode& DN) = 0;
+    std::function<void(DataNode& DN)> Remove;
 };
 
 /// The ordered nodes of one level of one tree: a root, or the Childs of a node. Positions count
@@ -70,9 +68,8 @@ public:
     /// Sets the kind of the nodes, nothing else.
     void SetDataNodesType(NodeKind kind);
 
-    /// Has @p events, which must outlive the collection or be taken off it, hear of the changes
-    /// in a root; null takes it off.
-    void SetEvents(DataNodesEvents* events);
+    /// Has @p events called for the changes in a root, in place of the former ones.
+    void SetEvents(DataNodesEvents events);
 
     /// Deletes all nodes and drops the link to the owner.
     void Dispose();
@@ -98,7 +95,8 @@ private:
     Items pobjItems;
     NodeKind plngDataNodesType = NodeKind();
     DataNode* pobjParent = nullptr;
-    DataNodesEvents* pobjEvents = nullptr;
+    /// Of a root alone: the collection of a node takes no room for them.
+    std::unique_ptr<DataNodesEvents> pobjEvents;
 };
 
 } // namespace rivenfall
