@@ -1,5 +1,7 @@
 #include "support/StringList.h"
 
+#include "system/CommandLine.h"
+
 namespace rivenfall {
 
 void StringList::Add(const QString& Value, bool) {
@@ -14,24 +16,12 @@ QString StringList::Item(int Index) const {
     return pobjItems.at(Index - 1);
 }
 
-void StringList::SetSeparator(const QString& separator) {
-    pobjMarks.Separator = separator;
-}
-
 QString StringList::Text() const {
-    return JoinCommandLine(pobjItems, pobjMarks);
+    return JoinCommandLine(pobjItems);
 }
 
 void StringList::SetText(const QString& text) {
-    pobjItems = SplitCommandLine(text, pobjMarks);
-}
-
-void StringList::SetQuoteBegin(const QString& quote) {
-    pobjMarks.QuoteBegin = quote;
-}
-
-void StringList::SetQuoteEnd(const QString& quote) {
-    pobjMarks.QuoteEnd = quote;
+    pobjItems = SplitCommandLine(text);
 }
 
 void StringList::Remove(int Index) {
