@@ -1,7 +1,6 @@
 #pragma once
 
-#include "run/VariableNames.h"
-
+#include <QHash>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -28,7 +27,7 @@ public:
     ///
     /// A text that grows beyond LongestText characters becomes one of TooLongLength characters. So
     /// does one whose variables refer to each other in so many ways that the run would not come to
-    /// an end. Throws std::bad_alloc; the object is then only good to be thrown away.
+    /// an end, and one with which the texts of the run would take too much memory.
     QString Expand(const QString& Text);
 
     /// Much more than a program can be handed in all its arguments together.
@@ -40,16 +39,16 @@ public:
     static qsizetype TooLongLength();
 
 private:
-    /// A text that is being expanded: the one that was asked for, or the value of a variable.
-    struct Frame {
-        int Variable;
-        QString Text;
+    /// How far the expansion has got in a text: in the one that was asked for, or in the value of a
+    /// variable.
+    struct Place {
+        QStringView Text;
         qsizetype Position = 0;
-        QString Output = {};
+        size_t Variable = 0;
+        /// Where in the output the text's own begins.
+        qsizetype OutputBegin = 0;
         /// A reference below met a variable that was being expanded already.
         bool Cut = false;
-        /// A value below is too long.
-        bool TooLong = false;
     };
 
     /// What has become of a variable so far in this run.
@@ -60,23 +59,22 @@ private:
         std::optional<QString> Expansion = {};
     };
 
-    bool GoesDown();
-    void FinishValue();
-    QString TakeOutput();
-    void Append(Frame& frame, const QString& text);
-    void Append(Frame& frame, QStringView text);
-    bool IsTooMuch(const Frame& frame) const;
-    QString TooLong(const QString& front);
-    State& StateOf(int variable);
-    void NoteUnresolved(QStringView name);
+    void TakeStep();
+    void LeaveText();
+    void Write(QStringView text);
+    bool IsTooMuch() const;
+    void NoteUnresolved(const QString& name);
 
-    VariableNames pobjNames;
+    /// The number from 0 of the first active variable of each name, without its case.
+    QHash<QString, size_t> pobjNumbers;
     QStringList* pobjUnresolved;
     QSet<QString> pobjNoted;
     std::vector<State> pobjStates;
     /// Per variable: its value is being expanded. Without allocation between two calls.
     std::vector<bool> pblnVariableBusy;
-    std::vector<Frame> pobjFrames;
+    /// The text that was asked for, and the values in values that lead to the one at hand.
+    std::vector<Place> pobjPlaces;
+    QString pstrOutput;
     /// What every text that is too long becomes, one for all in a run.
     QString pstrTooLong;
     /// How many characters were written, and how many are kept; see MostWork and MostKept.

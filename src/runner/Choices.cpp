@@ -2,6 +2,7 @@
 
 #include "data/DataNode.h"
 #include "document/DocumentFile.h"
+#include "run/VariableNames.h"
 #include "runner/Options.h"
 #include "runner/Output.h"
 
@@ -36,7 +37,7 @@ bool Change(QStringView kind, const DataNodes::Items& nodes, const QString& text
     bool found = false;
     for (const std::shared_ptr<DataNode>& node : nodes) {
         there += node->Value();
-        if (node->Value().compare(text, Qt::CaseInsensitive) == 0) {
+        if (FoldedName(node->Value()) == FoldedName(text)) {
             change(*node);
             found = true;
         }
