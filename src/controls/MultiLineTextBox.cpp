@@ -36,14 +36,6 @@ constexpr int PieceLength = 80;
 /// The state of a block, as the document calls a line, that is broken off for display only.
 constexpr int BrokenOff = 1;
 
-/// Throws std::bad_alloc where there is no room for a text of so many characters and a document of
-/// it, both while they grow. Qt's documents don't survive that in the middle of a change.
-void AskForRoom(qsizetype characters) {
-    constexpr qsizetype bytesPerCharacter = 32;
-    constexpr qsizetype bytes = 1 << 16;
-    const QByteArray room(bytes + characters * bytesPerCharacter, Qt::Uninitialized);
-}
-
 bool IsLineBreak(QChar character) {
     return character == u'\n' || character == u'\r' || character == QChar::ParagraphSeparator;
 }
@@ -102,9 +94,6 @@ void MultiLineTextBox::SetText(const QString& text) {
 }
 
 void MultiLineTextBox::AppendText(const QString& text) {
-    if (!text.isEmpty()) {
-        AskForRoom(pstrText.size() + text.size());
-    }
     pstrText += text;
     QString shown = (pblnReturnHeldBack ? u"\r"_s : QString()) + text;
     pblnReturnHeldBack = shown.endsWith(u'\r');

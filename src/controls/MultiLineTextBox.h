@@ -20,7 +20,6 @@ public:
     void SetText(const QString& text);
 
     /// Does what SetText of Text followed by @p text does, at a cost that grows with @p text only.
-    /// Throws std::bad_alloc, and then nothing has changed.
     void AppendText(const QString& text);
 
     /// The number of characters of Text.

@@ -6,7 +6,6 @@
 #include "files/FilePath.h"
 #include "files/FileSaving.h"
 #include "files/OpenFile.h"
-#include "system/Memory.h"
 
 #include <new>
 
@@ -20,14 +19,12 @@ constexpr QLatin1StringView Description("OMRA Rivenfall Compiler Controller File
 constexpr QLatin1StringView FirstVersion("TAVQEF#0001");
 constexpr QLatin1StringView SecondVersion("TAVQEF#0002");
 constexpr QLatin1StringView ThirdVersion("TAVQEF#0003");
-constexpr QLatin1StringView OutOfMemory("it takes more memory than there is");
 
 /// More than a million nodes take. Reading a file takes four times its size, and up to thirty times
 /// where somebody made it to be costly.
 constexpr qint64 LargestFile = 64LL << 20;
 
-/// The bytes of the file. Throws FileError, before it takes memory for a file that can't be a
-/// document.
+/// The bytes of the file. Throws FileError.
 QByteArray ReadBytes(const QString& fileName) {
     const OpenFile file = OpenOrdinary(AT_FDCWD, PathBytes(fileName), O_RDONLY);
     const off_t size = file.Status().st_size;
@@ -60,14 +57,6 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
     }
 }
 
-size_t CountNodes(const DataNodes& nodes) {
-    size_t count = 0;
-    for (const std::shared_ptr<DataNode>& node : nodes) {
-        count += 1 + (node->Childs() ? CountNodes(*node->Childs()) : 0);
-    }
-    return count;
-}
-
 QByteArray ImageOf(const DataNodes& compilers, const DataNodes& variables) {
     PropertyBag contentBag;
     contentBag.WriteProperty("Compilers", TreeBags::SaveToBag(compilers).Contents());
@@ -95,29 +84,23 @@ void MakeDefaultVariable(DataNodes& variables) {
     variables.Add(u"FILE1"_s)->Childs()->Add();
 }
 
-QString ReadDocumentFile(const QString& fileName, DocumentContent& content,
-                         size_t bytesToShowNode) {
+QString ReadDocumentFile(const QString& fileName, DocumentContent& content) {
     QString reason;
     try {
         LoadContent(fileName, content);
-        const size_t nodes = CountNodes(content.Compilers) + CountNodes(content.Variables);
-        if (bytesToShowNode == 0 || HasMemoryFor((nodes + 1) * bytesToShowNode)) {
-            return {};
-        }
-        reason = QString(OutOfMemory);
+        return {};
     } catch (const PropertyBagError& error) {
         reason = error.Reason;
     } catch (const FileError& error) {
         reason = error.Reason;
     } catch (const std::bad_alloc&) {
-        reason = QString(OutOfMemory);
+        reason = u"it takes more memory than there is"_s;
     }
     return Sentence(u"opened"_s, fileName, reason);
 }
 
 QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
                           const DataNodes& variables) {
-    QString reason;
     try {
         const QByteArray image = ImageOf(compilers, variables);
         if (image.size() > LargestFile) {
@@ -126,11 +109,8 @@ QString WriteDocumentFile(const QString& fileName, const DataNodes& compilers,
         SaveFile(fileName, image);
         return {};
     } catch (const FileError& error) {
-        reason = error.Reason;
-    } catch (const std::bad_alloc&) {
-        reason = QString(OutOfMemory);
+        return Sentence(u"saved"_s, fileName, error.Reason);
     }
-    return Sentence(u"saved"_s, fileName, reason);
 }
 
 } // namespace rivenfall

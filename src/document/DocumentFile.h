@@ -22,11 +22,9 @@ struct DocumentContent {
 /// variable with an empty value.
 void MakeDefaultVariable(DataNodes& variables);
 
-/// Reads the document file @p fileName into @p content, whole or not at all. @p bytesToShowNode is
-/// what the caller will need beside for each node; a document for which there isn't so much memory
-/// is refused. Gives the reason of a failure as a sentence; empty for success.
-QString ReadDocumentFile(const QString& fileName, DocumentContent& content,
-                         size_t bytesToShowNode = 0);
+/// Reads the document file @p fileName into @p content, whole or not at all. Gives the reason of a
+/// failure as a sentence; empty for success.
+QString ReadDocumentFile(const QString& fileName, DocumentContent& content);
 
 /// Writes a document with these trees to the file @p fileName, as SaveFile does: the former file
 /// stays whole until the new one is complete on the disk. Gives the reason of a failure as a

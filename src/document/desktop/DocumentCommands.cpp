@@ -14,14 +14,6 @@ namespace rivenfall {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// What the tree on the screen takes for one node at most. Memory that runs out while the tree is
-/// being filled can't be told any more.
-constexpr size_t BytesOfRow = 2048;
-
-} // namespace
-
 /// Sets the file dialog up for @p purpose, with the caption @p title.
 void Application::ConfigureFileDialog(const QString& title, FileDialogPurpose purpose) {
     const bool opening = purpose == FileDialogPurpose::Open;
@@ -151,7 +143,7 @@ bool Application::Quit() {
 /// the file can't be read.
 bool Application::ReadDocument() {
     DocumentContent content;
-    const QString failure = ReadDocumentFile(pstrFileName, content, BytesOfRow);
+    const QString failure = ReadDocumentFile(pstrFileName, content);
     if (!failure.isEmpty()) {
         MessageBox(failure, MessageBoxStyle::Exclamation, ProgramTitle());
         return false;
