@@ -1,12 +1,13 @@
 #include "files/FileError.h"
 
+#include "system/ErrorReason.h"
+
 #include <algorithm>
-#include <cstring>
 
 namespace rivenfall {
 
 FileError FileErrorOf(int number) {
-    return {QString::fromLocal8Bit(std::strerror(number)), number};
+    return {ReasonOf(number), number};
 }
 
 bool IsRefusal(const FileError& error) {

@@ -5,6 +5,7 @@
 #include "runner/Output.h"
 #include "runner/VisibleText.h"
 #include "system/CurrentDirectory.h"
+#include "system/ErrorReason.h"
 
 #include <cstring>
 #include <sys/wait.h>

@@ -4,6 +4,7 @@
 #include "runner/Output.h"
 #include "runner/ShellText.h"
 #include "system/CurrentDirectory.h"
+#include "system/ErrorReason.h"
 
 #include <QSet>
 

@@ -1,9 +1,9 @@
 #include "runner/Output.h"
 
 #include "runner/VisibleText.h"
+#include "system/ErrorReason.h"
 
 #include <cerrno>
-#include <cstring>
 #include <poll.h>
 #include <unistd.h>
 
@@ -44,10 +44,6 @@ void Output::Write(QByteArrayView bytes) {
 
 void Tell(const QString& message) {
     WriteAll(STDERR_FILENO, "rivenfall-run: " + VisibleText(message).toUtf8() + '\n');
-}
-
-QString ReasonOf(int error) {
-    return QString::fromLocal8Bit(std::strerror(error));
 }
 
 } // namespace rivenfall

@@ -33,7 +33,4 @@ private:
 /// could steer a terminal.
 void Tell(const QString& message);
 
-/// What the operating system says of the error number @p error.
-QString ReasonOf(int error);
-
 } // namespace rivenfall

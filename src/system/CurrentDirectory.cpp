@@ -1,9 +1,10 @@
 #include "system/CurrentDirectory.h"
 
+#include "system/ErrorReason.h"
+
 #include <QFile>
 
 #include <cerrno>
-#include <cstring>
 #include <unistd.h>
 
 namespace rivenfall {
@@ -14,7 +15,7 @@ DirectoryChange ChangeDirectory(const QString& path) {
         return {};
     }
     const int number = name.contains('\0') ? EINVAL : errno;
-    return {number, QString::fromLocal8Bit(std::strerror(number))};
+    return {number, ReasonOf(number)};
 }
 
 } // namespace rivenfall

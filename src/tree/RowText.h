@@ -9,7 +9,7 @@ namespace rivenfall {
 constexpr qsizetype LongestRow = 1000;
 
 /// What a row shows of @p text, the text of its node. TreeRowDelegate asks for every row that it
-/// measures or paints, so an ordinary text comes back as it is, without a copy.
+/// measures or paints.
 ///
 /// Nothing in the text may make the row look like another one. A character that shows nothing or
 /// moves its neighbours is shown by its number, as editors do: [U+202E], or [U+0009] for a tab.
