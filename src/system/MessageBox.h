@@ -28,8 +28,7 @@ using MessageBoxHandler = std::function<MessageBoxAnswer(const QString& text, Me
                                                          const QString& title)>;
 
 /// Has @p handler show every message box from here on, and gives the one that did so before. The
-/// desktop sets one at its start, and tests another. Without one a message goes to standard error,
-/// and a question is answered as Escape would.
+/// desktop sets one at its start, and tests another; the runner's way leads past every message box.
 MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler);
 
 } // namespace rivenfall
