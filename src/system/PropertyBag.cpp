@@ -43,7 +43,7 @@ QByteArrayView ReadBytes(QCborStreamReader& reader, const QByteArray& contents) 
     if (length < 0 || length > contents.size() - reader.currentOffset()) {
         throw PropertyBagError{u"the data ends too early"_s};
     }
-    // The reader passes over a string only by giving it away.
+    // QCborStreamReader has no call that skips a string, so what it reads here is thrown away.
     std::array<char, 4096> passed;
     while (reader.readStringChunk(passed.data(), passed.size()).status == QCborStreamReader::Ok) {
     }
@@ -134,6 +134,9 @@ void PropertyBag::ReadEntries(QCborStreamReader& reader) {
             throw PropertyBagError{u"a name isn't a text"_s};
         }
         const QByteArrayView name = ReadBytes(reader, pobjContents);
+        if (!name.isValidUtf8()) {
+            throw PropertyBagError{u"a name isn't UTF-8"_s};
+        }
         WriteProperty(QByteArray::fromRawData(name.data(), name.size()),
                       ReadValue(reader, pobjContents));
     }
