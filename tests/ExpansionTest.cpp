@@ -107,8 +107,8 @@ TEST(ExpansionTest, NoDocumentIsTooMuch) {
     EXPECT_EQ(expand(many, chain, first), QString(many, u'x'));
     EXPECT_EQ(expand(many, ring, first + Reference(9)), QString(many, u'x').repeated(2));
     for (const auto& [end, length] : {std::pair("", qsizetype(1)), {"x", tooLong}}) {
-        const auto doubling = [end = QString::fromUtf8(end)](int each) {
-            return each == 39 ? end : Reference(each + 1).repeated(2);
+        const auto doubling = [last = QString::fromUtf8(end)](int each) {
+            return each == 39 ? last : Reference(each + 1).repeated(2);
         };
         EXPECT_EQ(expand(40, doubling, first + u"y"_s).size(), length) << end;
     }
