@@ -146,12 +146,13 @@ TEST_F(RunnerTest, ChecksHoldForTheRunAlone) {
 
 TEST_F(RunnerTest, PrintsTheDocumentForPeopleAndComparisons) {
     Run("-p")
-        .Of(Sketches("!gcc(-o(!a.out,b),~(${F})),~"), "F(1\n\t\\\x1B,\u202E漢)")
+        .Of(Sketches("!gcc(-o(!a.out,b),~(${F})),~"), "F(1\n\t\\\x1B,\u202E\u200B漢)")
         .Prints("Compilers\n  [ ] gcc\n    [x] -o\n      [ ] a.out\n      [x] b\n"
                 "    [x]\n      [x] ${F}\n  [x]\nVariables\n  [x] F\n"
-                "    [x] 1\\n\\t\\\\\\x1b\n    [x] \\u202e漢\n")
+                "    [x] 1\\n\\t\\\\\\x1b\n    [x] \\u202e\\u200b漢\n")
         .Ends(0);
-    Document(Sketches("!gcc(-o(a.out,b),~(${F})),~"), "ticked.tvq", "F(1\n\t\\\x1B,\u202E漢)");
+    Document(Sketches("!gcc(-o(a.out,b),~(${F})),~"), "ticked.tvq",
+             "F(1\n\t\\\x1B,\u202E\u200B漢)");
     Bash("diff <($RUN -p doc.tvq) <($RUN -p ticked.tvq)")
         .Prints("4c4\n<       [ ] a.out\n---\n>       [x] a.out\n")
         .Ends(1);

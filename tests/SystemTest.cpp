@@ -8,7 +8,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace rivenfall;
@@ -101,26 +100,6 @@ TEST(ProcessTest, TellsWhyNothingWasStarted) {
         EXPECT_EQ(LastError(), error) << commandLine.toStdString();
     }
     EXPECT_EQ(OpenDescriptors(), before);
-}
-
-TEST(ProcessTest, FiveHundredChildrenLeaveNothingBehind) {
-    ReapChildrenInKernel();
-    OutputOf({u"true"_s});
-    const int before = OpenDescriptors();
-    for (int count = 0; count < 500; ++count) {
-        OutputOf({u"true"_s});
-    }
-    // These close their output long before they end.
-    for (int count = 0; count < 10; ++count) {
-        OutputOfScript("exec >&- 2>&-; sleep 0.1");
-    }
-    EXPECT_EQ(OpenDescriptors(), before);
-    // Not even an ended child that still waits for somebody to ask how it went.
-    for (int wait = 0; wait < 1000 && waitpid(-1, nullptr, WNOHANG) != -1; ++wait) {
-        usleep(10'000);
-    }
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
-    EXPECT_EQ(errno, ECHILD);
 }
 
 TEST(PropertyBagTest, WritesTheseBytes) {
