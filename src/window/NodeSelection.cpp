@@ -40,9 +40,8 @@ void Application::pobjFormTvwContent_NodeClick(Node& node) {
 /// The state of the controls over a tree without nodes: there is no value to show.
 void Application::ShowNoSelection() {
     SetHandleEvents(false);
-    for (Control* control :
-         {static_cast<Control*>(pobjFormCmdAdd), static_cast<Control*>(pobjFormCmdRemove),
-          static_cast<Control*>(pobjFormUdnMove), static_cast<Control*>(pobjFormTxtValue)}) {
+    for (Control* control : std::initializer_list<Control*>{pobjFormCmdAdd, pobjFormCmdRemove,
+                                                            pobjFormUdnMove, pobjFormTxtValue}) {
         control->SetEnabled(false);
     }
     pobjFormTxtValue->SetText({});
