@@ -29,18 +29,18 @@ bool IsForThisProgramAlone(int signal, const siginfo_t& news) {
 Child::Child() {
     // Whoever has this program not hear of its children's ends can't mean those that it waits for.
     std::signal(SIGCHLD, SIG_DFL);
-    sigemptyset(&Awaited);
-    sigaddset(&Awaited, SIGCHLD);
+    sigemptyset(&pobjAwaited);
+    sigaddset(&pobjAwaited, SIGCHLD);
     for (const int signal : {SIGINT, SIGQUIT, SIGHUP, SIGTERM}) {
         if (!IgnoredAtStart(signal)) {
-            sigaddset(&Awaited, signal);
+            sigaddset(&pobjAwaited, signal);
         }
     }
-    sigprocmask(SIG_BLOCK, &Awaited, &Former);
+    sigprocmask(SIG_BLOCK, &pobjAwaited, &pobjFormer);
 }
 
 Child::~Child() {
-    sigprocmask(SIG_SETMASK, &Former, nullptr);
+    sigprocmask(SIG_SETMASK, &pobjFormer, nullptr);
 }
 
 int Child::Start(const QString& commandLine) {
@@ -55,7 +55,7 @@ int Child::Wait() {
     int status = 0;
     while (waitpid(phndProcess, &status, WNOHANG) == 0) {
         siginfo_t news;
-        const int signal = sigwaitinfo(&Awaited, &news);
+        const int signal = sigwaitinfo(&pobjAwaited, &news);
         if (signal <= 0 || signal == SIGCHLD) {
             continue;
         }
@@ -66,7 +66,7 @@ int Child::Wait() {
     }
     if (ending != 0) {
         raise(ending);
-        sigprocmask(SIG_UNBLOCK, &Awaited, nullptr);
+        sigprocmask(SIG_UNBLOCK, &pobjAwaited, nullptr);
     }
     return status;
 }

@@ -30,8 +30,8 @@ public:
     int Wait();
 
 private:
-    sigset_t Awaited;
-    sigset_t Former;
+    sigset_t pobjAwaited;
+    sigset_t pobjFormer;
     Handle phndProcess = 0;
 };
 

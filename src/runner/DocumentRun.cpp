@@ -56,26 +56,26 @@ void WriteFrame(Output& output, const QString& issue, const QString& result, boo
 class DocumentRun {
 public:
     DocumentRun(const std::vector<Command>& commands, Output& output)
-        : pobjCommands(commands), pobjOutput(output) {}
+        : Commands(commands), Sink(output) {}
 
     void CarryOutAll(BehindFailure behind) {
-        for (const Command& command : pobjCommands) {
+        for (const Command& command : Commands) {
             const QString failure =
                 command.Directory ? CarryOutDirectoryChange(command) : CarryOutProgram(command);
-            ++plngCarriedOut;
+            ++CarriedOut;
             if (!failure.isEmpty()) {
                 TellFailure(command, failure);
             }
-            if (behind == BehindFailure::Stop && (plngFailed > 0 || pobjOutput.Failed())) {
+            if (behind == BehindFailure::Stop && (FailedCount > 0 || Sink.Failed())) {
                 break;
             }
         }
-        if (plngFailed > 0) {
+        if (FailedCount > 0) {
             TellFailures();
         }
     }
 
-    bool Failed() const { return plngFailed > 0; }
+    bool Failed() const { return FailedCount > 0; }
 
 private:
     /// Gives what went wrong; empty for success.
@@ -103,30 +103,30 @@ private:
     }
 
     void AddFrame(const QString& issue, const QString& result) {
-        WriteFrame(pobjOutput, issue, result, pblnBehindText);
-        pblnBehindText = true;
+        WriteFrame(Sink, issue, result, BehindText);
+        BehindText = true;
     }
 
     void TellFailure(const Command& command, const QString& reason) {
-        Tell(u"[%1/%2] "_s.arg(plngCarriedOut).arg(pobjCommands.size()) +
+        Tell(u"[%1/%2] "_s.arg(CarriedOut).arg(Commands.size()) +
              Shortened(command.Text().trimmed()) + u": "_s + reason);
-        ++plngFailed;
+        ++FailedCount;
     }
 
     void TellFailures() const {
-        const auto count = static_cast<qsizetype>(pobjCommands.size());
-        QString summary = u"%1 of %2 command lines failed"_s.arg(plngFailed).arg(count);
-        if (plngCarriedOut < count) {
-            summary += u", %1 not carried out"_s.arg(count - plngCarriedOut);
+        const auto count = static_cast<qsizetype>(Commands.size());
+        QString summary = u"%1 of %2 command lines failed"_s.arg(FailedCount).arg(count);
+        if (CarriedOut < count) {
+            summary += u", %1 not carried out"_s.arg(count - CarriedOut);
         }
         Tell(summary);
     }
 
-    const std::vector<Command>& pobjCommands;
-    Output& pobjOutput;
-    bool pblnBehindText = false;
-    int plngCarriedOut = 0;
-    int plngFailed = 0;
+    const std::vector<Command>& Commands;
+    Output& Sink;
+    bool BehindText = false;
+    int CarriedOut = 0;
+    int FailedCount = 0;
 };
 
 } // namespace

@@ -18,24 +18,24 @@ namespace {
 class Survey {
 public:
     void ChangeTo(const QString& path) {
-        if (!pblnPlaceKnown && !path.startsWith(u'/')) {
+        if (!PlaceKnown && !path.startsWith(u'/')) {
             return;
         }
         const DirectoryChange change = ChangeDirectory(path);
-        pblnPlaceKnown = change.Number == 0;
-        pobjSeen.removeIf([](const QString& program) { return program.contains(u'/'); });
+        PlaceKnown = change.Number == 0;
+        Seen.removeIf([](const QString& program) { return program.contains(u'/'); });
         if (change.Number != 0) {
             Tell(u"cd %1"_s.arg(path).trimmed() + u": "_s + change.Description);
         }
     }
 
     void LookFor(const QString& program) {
-        if (!pblnPlaceKnown && program.contains(u'/') && !program.startsWith(u'/')) {
+        if (!PlaceKnown && program.contains(u'/') && !program.startsWith(u'/')) {
             return;
         }
-        const qsizetype seen = pobjSeen.size();
-        pobjSeen.insert(program);
-        if (const int error = pobjSeen.size() > seen ? LookForProgram(program) : 0; error != 0) {
+        const qsizetype seen = Seen.size();
+        Seen.insert(program);
+        if (const int error = Seen.size() > seen ? LookForProgram(program) : 0; error != 0) {
             Tell(u"%1: %2"_s.arg(program, ReasonOf(error)));
         }
     }
@@ -43,9 +43,9 @@ public:
 private:
     /// The current directory is the one that the run will be in. It isn't behind a change to one
     /// that may be made only by a command before it.
-    bool pblnPlaceKnown = true;
+    bool PlaceKnown = true;
     /// The programs that were looked for, those with a path since the last change of directory.
-    QSet<QString> pobjSeen;
+    QSet<QString> Seen;
 };
 
 } // namespace
