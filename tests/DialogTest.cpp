@@ -125,20 +125,6 @@ TEST_F(DialogTest, InfoComesByMenuAndByKeyInEachWindow) {
     EXPECT_EQ(owners, (QList<QWidget*>{window, window, log->window()}));
 }
 
-TEST_F(DialogTest, StartsWhereTheUserCanWrite) {
-    FileDialog dialog;
-    dialog.SetDocument(Path(u"doc.tvq"_s));
-    dialog.SetInitialDirectory(Folder.path());
-    dialog.ShowOpen();
-    EXPECT_EQ(TheUser.Offered, Folder.path() + u'/');
-    dialog.SetInitialDirectory(u"/of no use"_s);
-    dialog.ShowSave();
-    EXPECT_EQ(TheUser.Offered, Path(u"doc.tvq"_s));
-    dialog.SetDocument({});
-    dialog.ShowSave();
-    EXPECT_EQ(TheUser.Offered, QDir::currentPath() + u'/');
-}
-
 TEST(MessageDialogTest, AnswersTheSameKeysOnEveryDesktop) {
     const auto answer = [](MessageBoxStyle style, Qt::Key key) {
         MessageBoxAnswer given{};

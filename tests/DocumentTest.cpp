@@ -71,6 +71,18 @@ TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
     EXPECT_EQ(TakeAsked(), "");
 }
 
+TEST_F(DocumentTest, OldVersionsHaveTheirCompilersOnly) {
+    const QByteArray first = CollectionImage(SomeCompilers, 2);
+    const QByteArray variables = CollectionImage(SomeVariables, 1);
+    const QByteArray second =
+        Bag({{"_FileFormatIdentification", u"TAVQEF#0002"_s},
+             {"_Content", Bag({{"Compilers", first}, {"Variables", variables}})}});
+    for (const QByteArray& bytes : {first, second}) {
+        EXPECT_TRUE(OpenBytes(bytes));
+        EXPECT_EQ(Content(), DocumentImage(SomeCompilers, Sketches("FILE1(~)")));
+    }
+}
+
 const QByteArray NoNodes = CollectionImage({}, 0);
 
 /// A document whose compilers are stored as @p compilers.

@@ -86,26 +86,6 @@ TEST_F(FocusTest, WhatComesIntoTheBoxIsOneLine) {
     EXPECT_EQ(Stored(2), "X(1\n2+)");
 }
 
-TEST_F(FocusTest, ALongValueShowsHowItBegins) {
-    const std::string value(40000, 'v');
-    Open(value + ",b," + value);
-    Press(Qt::Key_Down);
-    EXPECT_EQ(Box()->cursorPosition(), 1);
-    Press(Qt::Key_Up);
-    EXPECT_EQ(Box()->cursorPosition(), 0);
-    ClickRow(3);
-    EXPECT_EQ(Box()->cursorPosition(), 0);
-    // Who stores a text may type on.
-    Press(Qt::Key_End, Box());
-    Type("1");
-    Press(Qt::Key_Return);
-    Type("2");
-    Expect({.Tree = value + ",b,*" + value + "1",
-            .Enabled = "New Remove Move Value Ok Cancel",
-            .Box = value + "12",
-            .Changed = true});
-}
-
 TEST_F(FocusTest, ATextThatNoProgramTakesIsShownByItsBeginning) {
     const std::string value((1 << 18) + 1, 'v');
     Open(value + ",b");

@@ -218,44 +218,4 @@ TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
     EXPECT_EQ(Log(), Frame(QString(200, u'i') + u"\r\nsecond line"_s, {}).remove(u"# | []\r\n"_s));
 }
 
-TEST_F(RunTest, ARunShowsTheWindowAnew) {
-    const QString title = u" - [Output] - "_s + ProgramTitle();
-    QWidget* window = OutputWindow();
-    Runner().Echo(u"before"_s);
-    const QString before = Log();
-    EXPECT_EQ(window->windowTitle(), u"New File"_s + title);
-    Open(Sketches("!true"));
-    // A visible window stays as it is when there is something new in it.
-    Runner().Echo(u"again"_s);
-    EXPECT_EQ(window->windowTitle(), u"New File"_s + title);
-    Program().Run();
-    EXPECT_EQ(window->windowTitle(), u"doc.tvq"_s + title);
-    EXPECT_TRUE(Log().startsWith(before));
-    EXPECT_TRUE(Log().endsWith(Frame(u"No compilers to run!"_s, u"Please select some..."_s)));
-    window->hide();
-    Program().Run();
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_TRUE(Log().startsWith(before));
-}
-
-TEST_F(RunTest, TheLogFillsItsWindow) {
-    QWidget* window = OutputWindow();
-    const QWidget* box = Runner().Log().Widget();
-    const auto resize = [&](int width, int height) {
-        window->setMinimumSize(1, 1);
-        window->resize(width, height);
-        QCoreApplication::processEvents();
-        return box->size();
-    };
-    Runner().Show();
-    EXPECT_EQ(resize(500, 300), QSize(500, 300));
-    // Not less than 32 twips.
-    EXPECT_EQ(resize(400, 1), QSize(400, 2));
-    resize(500, 300);
-    window->showMinimized();
-    EXPECT_EQ(resize(200, 100), QSize(500, 300));
-    window->showNormal();
-    EXPECT_EQ(resize(210, 110), QSize(210, 110));
-}
-
 } // namespace

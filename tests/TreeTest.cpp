@@ -174,23 +174,6 @@ TEST_F(TreeTest, OtherButtonsDoNothing) {
     EXPECT_EQ(TakeLog(), "click 2");
 }
 
-TEST_F(TreeTest, RowsStandApartAndTheFocusIsSeen) {
-    Fill(1, 1);
-    At("1").SetSelected(true);
-    const int box = View()->style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, View());
-    EXPECT_GE(View()->sizeHintForRow(0), box + 2);
-    const auto shows = [this](const QPoint& spot, QPalette::ColorRole role) {
-        return View()->grab().toImage().pixelColor(spot) == View()->palette().color(role);
-    };
-    const QPoint edge(0, View()->height() / 2);
-    const QPoint outline = Port()->pos() + QPoint(Find("1", Label).x(), 1);
-    EXPECT_TRUE(shows(edge, QPalette::Highlight));
-    EXPECT_TRUE(shows(outline, QPalette::HighlightedText));
-    View()->clearFocus();
-    EXPECT_FALSE(shows(edge, QPalette::Highlight));
-    EXPECT_FALSE(shows(outline, QPalette::HighlightedText));
-}
-
 TEST_F(TreeTest, ScreenReadersFindNestedItemsAndActAsTheUser) {
     Fill(2, 2);
     At("2.2").SetSelected(true);
@@ -264,13 +247,6 @@ TEST(RowTextTest, ShowsWhatWouldDeceive) {
         const QString number = QString::number(each, 16).toUpper().rightJustified(4, u'0');
         EXPECT_EQ(RowText(u"x"_s += QChar::fromUcs4(each)), u'x' + marked.arg(number));
     }
-}
-
-TEST(RowTextTest, CutsWhatNoScreenHolds) {
-    const QString fits(1000, u'x');
-    EXPECT_EQ(RowText(fits), fits);
-    EXPECT_EQ(RowText(fits + u'y'), fits + u'…');
-    EXPECT_EQ(RowText(QString(100'000, QChar(0x202E))).size(), 1001);
 }
 
 } // namespace

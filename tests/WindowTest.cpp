@@ -1,7 +1,6 @@
 #include "WindowDriver.h"
 
 #include "support/Title.h"
-#include "system/PropertyBag.h"
 
 #include <QAction>
 #include <QDragEnterEvent>
@@ -16,12 +15,9 @@ using namespace rivenfall;
 
 namespace {
 
-// What is enabled over a node with siblings, over one without, over the only one of a document that
-// was just opened, and while a value is edited.
+// What is enabled over a node with siblings, and while a value is edited.
 const std::string WithSiblings = "New Remove Move Value";
-const std::string Alone = "New Value";
 const std::string Editing = "New Remove Move Value Ok Cancel";
-const std::string JustOpened = "New Move Value";
 
 QWidget* OutputWindow() {
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -66,47 +62,6 @@ TEST_F(WindowTest, TabKeyVisitsTheControlsInOrder) {
         visited += widget->accessibleName().toStdString() + ' ';
     }
     EXPECT_EQ(visited, "Ok Cancel Content Document Move New Remove Value ");
-}
-
-TEST_F(WindowTest, IsInertBeforeTheFirstDocument) {
-    EXPECT_EQ(Window().Caption(), ProgramTitle());
-    for (QWidget* in : std::initializer_list<QWidget*>{Box(), Tree()}) {
-        for (const Qt::Key key :
-             {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Down, Qt::Key_Space, Qt::Key_A}) {
-            Press(key, in);
-        }
-    }
-    for (const char* control :
-         {"New", "Remove", "Ok", "Cancel", "Move up", "Move down", "Document", "Value"}) {
-        Click(control);
-    }
-    Tab(2);
-    for (const char* entry : {"Save", "Save as", "Run"}) {
-        Menu("File", entry);
-    }
-    EXPECT_FALSE(OutputWindow()->isVisible());
-    EXPECT_EQ(TheUser.Asked + TheUser.Dialogs, QStringList());
-    Menu("File", "Show output");
-    PickFile("");
-    Menu("File", "Open");
-    EXPECT_TRUE(OutputWindow()->isVisible());
-    EXPECT_EQ(OutputWindow()->windowTitle(), u"New File - [Output] - "_s + ProgramTitle());
-    EXPECT_EQ(TheUser.Dialogs, QStringList{u"Open File - "_s + ProgramTitle()});
-    EXPECT_EQ(Log(), QString());
-    Expect({.Enabled = "(no document)"});
-}
-
-TEST_F(WindowTest, ArrowKeysInTheBoxWalkTheTreeAlone) {
-    Open("a(p(v)),b");
-    ClickRow(4);
-    for (const Qt::Modifier with : {Qt::SHIFT, Qt::CTRL, Qt::ALT}) {
-        Press(with | Qt::Key_Up, Box());
-    }
-    EXPECT_EQ(Shown(), "a(p(v)),*b");
-    Press(Qt::KeypadModifier | Qt::Key_Up);
-    Press(Qt::SHIFT | Qt::Key_Left);
-    Expect({.Tree = "a(p(*v)),b", .Enabled = Alone, .Box = "v"});
-    EXPECT_EQ(Window().txtValue.SelText(), u"v");
 }
 
 TEST_F(WindowTest, AHeldButtonMovesOnAndOn) {
@@ -218,42 +173,6 @@ TEST_F(WindowTest, LeavingAsksWhetherToSave) {
     EXPECT_TRUE(Holds(u"one.tvq"_s, "~(~(${FILE1})),~(~(${FILE1}))", "FILE1(~)"));
     EXPECT_TRUE(program.expired());
     ExpectNoWindowIsLeft();
-}
-
-/// The bytes of a document of the first version, which is a bag of compilers.
-QByteArray FirstVersion(const char* compilers) {
-    return CollectionImage(Sketches(compilers), 2);
-}
-
-/// The bytes of a document of the second version. Variables in it are none of its own.
-QByteArray SecondVersion(const char* compilers, const char* variables) {
-    PropertyBag content, file;
-    content.WriteProperty("Compilers", CollectionImage(Sketches(compilers), 2));
-    content.WriteProperty("Variables", CollectionImage(Sketches(variables), 1));
-    file.WriteProperty("_FileFormatIdentification", u"TAVQEF#0002"_s);
-    file.WriteProperty("_Content", content.Contents());
-    return file.Contents();
-}
-
-TEST_F(WindowTest, OldVersionsHaveTheirCompilersOnly) {
-    for (const QByteArray& bytes : {FirstVersion("c(o(u))"), SecondVersion("c(o(u))", "Q(1)")}) {
-        StoreBytes(Path("old.tvq"), bytes);
-        Open("a(p(v)),b", "X(1),Y(2)");
-        Tab(2);
-        ClickRow(4);
-        Type("+");
-        PickFile("old.tvq");
-        Menu("File", "Open");
-        Expect({.Tree = "*c(o(u))", .Enabled = JustOpened, .Box = "c"});
-        EXPECT_EQ(Tabs()->count(), 1);
-        EXPECT_EQ(Stored(2), "FILE1(~)");
-        Menu("File", "Save");
-        PickFile("old.tvq");
-        Menu("File", "Open");
-        Tab(2);
-        Expect({.Tree = "*FILE1(~)", .Enabled = Alone, .Box = "FILE1"});
-        EXPECT_TRUE(Holds(u"old.tvq"_s, "c(o(u))", "FILE1(~)"));
-    }
 }
 
 TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
