@@ -68,33 +68,6 @@ TEST_F(DialogTest, ARealDialogLeavesTheQuestionToTheProgram) {
     EXPECT_EQ(Program().FileTitle(), u"document.tvq"_s);
 }
 
-TEST_F(DialogTest, EveryRoadToASaveAsksBeforeItReplacesAFile) {
-    for (const char* entry : {"Save", "Save as", "New", "Open", "Exit"}) {
-        SCOPED_TRACE(entry);
-        const bool asks = !QByteArray(entry).startsWith("Save");
-        const auto takeTheRoad = [&](MessageBoxAnswer replace, const char* next) {
-            Type("b");
-            Click("Ok");
-            if (asks) {
-                Answer(Yes);
-            }
-            PickFile("there");
-            Answer(replace);
-            PickFile(next);
-            Menu("File", entry);
-            EXPECT_EQ(TheUser.Asked.last(), MayReplace());
-        };
-        StoreBytes(Path("there.tvq"), "old");
-        Open("a");
-        Menu("File", "New");
-        takeTheRoad(No, "");
-        EXPECT_EQ(TheUser.Offered, Path("there.tvq"));
-        EXPECT_EQ(BytesOf(Path("there.tvq")), "old");
-        takeTheRoad(Yes, "");
-        EXPECT_TRUE(BytesOf(Path("there.tvq")).contains("${FILE1}"));
-    }
-}
-
 TEST_F(DialogTest, ANameEndsInTheExtension) {
     Open("a");
     for (const char* chosen : {"v1.2", "old.TVQ", ".hidden"}) {

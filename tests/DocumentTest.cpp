@@ -15,17 +15,6 @@ namespace {
 const std::vector<Sketch> SomeCompilers = Sketches("cc(-o(a,!b),!-g),!ld");
 const std::vector<Sketch> SomeVariables = Sketches("FILE1(x,y),!~");
 
-/// The tree as it would stand in a file.
-std::vector<Sketch> SketchOf(const DataNodes* nodes) {
-    std::vector<Sketch> sketches;
-    for (int index = 1; nodes && index <= nodes->Count(); ++index) {
-        const auto node = nodes->Item(index);
-        sketches.emplace_back(node->Value(), SketchOf(node->Childs()));
-        sketches.back().Active = node->Active();
-    }
-    return sketches;
-}
-
 /// A bag of the entries @p entries.
 QByteArray Bag(std::initializer_list<std::pair<const char*, QVariant>> entries) {
     PropertyBag bag;

@@ -12,168 +12,130 @@ using namespace rivenfall;
 
 namespace {
 
-/// A plain picture of the program: what each action makes of the document and the window. A tree
-/// is a list of lines, and a position counts them from 0.
-class Model {
-public:
-    using Trees = std::array<Lines, 2>;
+/// A plain picture of the program: what each action makes of the document and the window.
+struct Model {
+    using Nodes = std::vector<Sketch>;
+    using Trees = std::array<Nodes, 2>;
+    /// The ranks, from 0, of a node and of those that it lies below, the outermost first.
+    using Place = std::vector<size_t>;
 
     Trees Document;
     size_t Tab = 0;
-    std::array<size_t, 2> Positions = {0, 0};
+    std::array<Place, 2> Selection;
     bool Exists = false, Changed = false, Editing = false, Movable = false;
     QString Box, File, Caption;
     std::map<QString, Trees> Disk;
 
-    Lines& Tree() { return Document[Tab]; }
-    size_t& Selected() { return Positions[Tab]; }
-    bool IsAlternative(size_t each) { return Tree()[each].Level == (Tab == 0 ? 2 : 1); }
+    Nodes& Tree() { return Document[Tab]; }
+    Place& Selected() { return Selection[Tab]; }
+    Nodes& Siblings(const Place& place) {
+        Nodes* nodes = &Tree();
+        for (size_t level = 0; level + 1 < place.size(); ++level) {
+            nodes = &(*nodes)[place[level]].Below;
+        }
+        return *nodes;
+    }
+    Sketch& At(const Place& place) { return Siblings(place)[place.back()]; }
+    /// How many levels a new node at a place has below it.
+    size_t LevelsBelow(const Place& place) { return (Tab == 0 ? 3 : 2) - place.size(); }
 
-    /// The position behind the branch of a line, and the one of the line that it lies below.
-    static size_t End(const Lines& tree, size_t each) {
-        size_t end = each + 1;
-        while (end < tree.size() && tree[end].Level > tree[each].Level) {
-            ++end;
+    static void Collect(const Nodes& nodes, const Place& above, std::vector<Place>& places) {
+        for (size_t rank = 0; rank < nodes.size(); ++rank) {
+            places.push_back(above);
+            places.back().push_back(rank);
+            Collect(nodes[rank].Below, Place(places.back()), places);
         }
-        return end;
     }
-    static int Above(const Lines& tree, size_t each) {
-        int above = static_cast<int>(each) - 1;
-        while (above >= 0 && tree[size_t(above)].Level >= tree[each].Level) {
-            --above;
-        }
-        return above;
+    /// The places of all nodes from above to below.
+    std::vector<Place> Places() {
+        std::vector<Place> places;
+        Collect(Tree(), {}, places);
+        return places;
     }
-    /// The positions of a line and its siblings.
-    std::vector<size_t> Siblings(size_t each) {
-        std::vector<size_t> siblings;
-        const int above = Above(Tree(), each);
-        size_t next = above < 0 ? 0 : static_cast<size_t>(above) + 1;
-        while (next < Tree().size() && Above(Tree(), next) == above) {
-            siblings.push_back(next);
-            next = End(Tree(), next);
-        }
-        return siblings;
+    /// The position of the selected node, from 0.
+    size_t Position() {
+        const std::vector<Place> places = Places();
+        return size_t(std::find(places.begin(), places.end(), Selected()) - places.begin());
     }
 
-    /// True if no closed branch hides a line.
-    bool InSight(size_t each) {
-        const int above = Above(Tree(), each);
-        return above < 0 || (Tree()[size_t(above)].Shown && InSight(size_t(above)));
-    }
-    /// Opens on the screen what hides a line.
-    void Reveal(size_t each) {
-        for (int above = Above(Tree(), each); above >= 0; above = Above(Tree(), size_t(above))) {
-            Tree()[size_t(above)].Shown = true;
-        }
-    }
-    void Select(size_t each) {
-        Selected() = each;
-        Reveal(each);
-        Box = Tree()[each].Value;
-        Movable = Siblings(each).size() > 1;
+    void Select(const Place& place) {
+        Selected() = place;
+        Box = At(place).Value;
+        Movable = Siblings(place).size() > 1;
         Editing = false;
     }
     void SetCaption() {
         Caption = (File.isEmpty() ? u"New File"_s : File) + u" - "_s + ProgramTitle();
     }
     void Rebuild() {
-        for (Line& line : Tree()) {
-            line.Shown = line.Open;
-        }
-        size_t last = Tree().size() - 1;
-        while (last > 0 && !Tree()[last].Open) {
-            --last;
-        }
-        Reveal(last);
         SetCaption();
-        Select(Selected());
+        Select(Place(Selected()));
     }
-    void SwitchOthersOff(size_t on) {
-        for (const size_t each : Siblings(on)) {
-            Tree()[each].On = each == on;
+    void SwitchOthersOff(const Place& on) {
+        for (Sketch& each : Siblings(on)) {
+            each.Active = &each == &At(on);
         }
     }
     void New() {
-        const Line& line = Tree()[Selected()];
-        Lines added = {{line.Level, line.Value}};
-        for (int level = line.Level + 1; level <= (Tab == 0 ? 2 : 1); ++level) {
-            added.push_back({level, {}});
+        const size_t below = LevelsBelow(Selected());
+        const Sketch added(At(Selected()).Value,
+                           below == 2 ? Nodes{Sketch("", {"${FILE1}"})} : Nodes(below, Sketch("")));
+        Nodes& siblings = Siblings(Selected());
+        siblings.insert(siblings.begin() + qsizetype(++Selected().back()), added);
+        if (below == 0) {
+            SwitchOthersOff(Selected());
         }
-        if (Tab == 0 && line.Level == 0) {
-            added[2].Value = u"${FILE1}"_s;
-        }
-        const size_t place = End(Tree(), Selected());
-        Tree().insert(Tree().begin() + qsizetype(place), added.begin(), added.end());
-        if (IsAlternative(place)) {
-            SwitchOthersOff(place);
-        }
-        Rebuild();
-        Select(place);
         Changed = true;
+        Rebuild();
     }
     void Remove() {
-        const std::vector<size_t> siblings = Siblings(Selected());
-        const int above = Above(Tree(), Selected());
-        const size_t rank = Rank();
-        Tree().erase(Tree().begin() + qsizetype(Selected()),
-                     Tree().begin() + qsizetype(End(Tree(), Selected())));
+        Nodes& siblings = Siblings(Selected());
+        size_t& rank = Selected().back();
+        siblings.erase(siblings.begin() + qsizetype(rank));
         // The next sibling, else the one before, is selected, and the one before that remembered.
-        const size_t neighbour = std::min(rank, siblings.size() - 2);
+        const size_t neighbour = std::min(rank, siblings.size() - 1);
         if (neighbour > 0) {
-            Selected() = siblings[neighbour - 1];
-        } else if (siblings.size() == 2) {
-            Selected() = static_cast<size_t>(std::max(above, 0));
+            rank = neighbour - 1;
+        } else if (siblings.size() == 1 && Selected().size() > 1) {
+            Selected().pop_back();
+        } else {
+            rank = 0;
         }
         Changed = true;
         Rebuild();
     }
     void Move(bool down) {
-        const std::vector<size_t> siblings = Siblings(Selected());
-        const size_t count = siblings.size();
-        const size_t target = (Rank() + (down ? 1 : count - 1)) % count;
-        const auto begin = Tree().begin() + qsizetype(Selected());
-        const Lines branch(begin, Tree().begin() + qsizetype(End(Tree(), Selected())));
-        const size_t first = siblings[0];
-        Tree().erase(begin, begin + qsizetype(branch.size()));
-        size_t place = first;
-        for (size_t passed = 0; passed < target; ++passed) {
-            place = End(Tree(), place);
-        }
-        Tree().insert(Tree().begin() + qsizetype(place), branch.begin(), branch.end());
+        Nodes& siblings = Siblings(Selected());
+        size_t& rank = Selected().back();
+        const Sketch moved = siblings[rank];
+        const size_t target = (rank + (down ? 1 : siblings.size() - 1)) % siblings.size();
+        siblings.erase(siblings.begin() + qsizetype(rank));
+        siblings.insert(siblings.begin() + qsizetype(target), moved);
+        rank = target;
         Changed = true;
         Rebuild();
-        Select(place);
     }
-    void Check(size_t each) {
-        Tree()[each].On = !Tree()[each].On;
-        if (Tree()[each].On && IsAlternative(each)) {
-            SwitchOthersOff(each);
+    void Check(const Place& place) {
+        At(place).Active = !At(place).Active;
+        if (At(place).Active && LevelsBelow(place) == 0) {
+            SwitchOthersOff(place);
         }
         Changed = true;
     }
     void Store() {
-        Tree()[Selected()].Value = Box;
+        At(Selected()).Value = Box;
         Changed = true;
         Rebuild();
     }
-    void Load(Trees trees, const QString& file) {
-        for (Lines& tree : trees) {
-            for (Line& line : tree) {
-                line.Open = true;
-            }
-        }
+    void Load(const Trees& trees, const QString& file) {
         Document = trees;
         File = file;
         Tab = 0;
-        Positions = {0, 0};
+        Selection = {Place{0}, Place{0}};
         Exists = true;
         Changed = false;
         Rebuild();
         Movable = true;
-    }
-    void Fresh() {
-        Load({Lines{{0, {}}, {1, {}}, {2, u"${FILE1}"_s}}, Lines{{0, u"FILE1"_s}, {1, {}}}}, {});
     }
     /// Saves to @p chosen, which may be none, or in no folder.
     bool Save(const QString& chosen) {
@@ -184,13 +146,6 @@ public:
         Disk[File] = Document;
         Changed = false;
         return true;
-    }
-
-private:
-    /// The place of the selected line among its siblings, from 0.
-    size_t Rank() {
-        const std::vector<size_t> siblings = Siblings(Selected());
-        return size_t(std::find(siblings.begin(), siblings.end(), Selected()) - siblings.begin());
     }
 };
 
@@ -262,7 +217,7 @@ void RandomActions::Act() {
 
 void RandomActions::FileNew() {
     if (LeaveTheDocument(true)) {
-        Plain.Fresh();
+        Plain.Load({Sketches("~(~(${FILE1}))"), Sketches("FILE1(~)")}, {});
     }
     Menu("File", "New");
 }
@@ -326,7 +281,7 @@ QString RandomActions::PickFileToSaveTo() {
 
 void RandomActions::PressNew() {
     // All rows fit in the window, so that it has no reason to scroll.
-    if (Plain.Tree().size() < 12) {
+    if (Plain.Places().size() < 12) {
         Plain.New();
         Click("New");
     }
@@ -386,7 +341,7 @@ void RandomActions::StoreText() {
 
 void RandomActions::CancelText() {
     if (Plain.Editing) {
-        Plain.Select(Plain.Selected());
+        Plain.Select(Model::Place(Plain.Selected()));
     }
     if (Toss()) {
         Click("Cancel");
@@ -397,40 +352,39 @@ void RandomActions::CancelText() {
 
 void RandomActions::WalkByArrow() {
     const bool down = Toss();
-    if (down ? Plain.Selected() + 1 < Plain.Tree().size() : Plain.Selected() > 0) {
-        Plain.Select(down ? Plain.Selected() + 1 : Plain.Selected() - 1);
+    const std::vector<Model::Place> places = Plain.Places();
+    const size_t position = Plain.Position();
+    if (down ? position + 1 < places.size() : position > 0) {
+        Plain.Select(places[down ? position + 1 : position - 1]);
     }
     Press(down ? Qt::Key_Down : Qt::Key_Up, Box());
 }
 
 void RandomActions::ClickOnRow() {
-    const size_t each = Below(Plain.Tree().size());
+    const std::vector<Model::Place> places = Plain.Places();
+    const size_t each = Below(places.size());
     const int position = static_cast<int>(each) + 1;
-    if (!Plain.InSight(each)) {
-        return;
+    if (Tree()->visualRect(Row(position)).isEmpty()) {
+        return; // A closed branch hides it.
     }
-    const size_t spot = Below(Model::End(Plain.Tree(), each) > each + 1 ? 3 : 2);
+    const size_t spot = Below(Plain.At(places[each]).Below.empty() ? 2 : 3);
     if (spot == 0) {
-        Plain.Select(each);
+        Plain.Select(places[each]);
         ClickRow(position);
     } else if (spot == 1) {
-        Plain.Check(each);
+        Plain.Check(places[each]);
         Mark(position);
     } else {
-        Line& line = Plain.Tree()[each];
-        line.Open = line.Shown = !line.Shown;
         Branch(position);
     }
 }
 
 void RandomActions::ExpectTheModelAgrees() {
-    const int selected = static_cast<int>(Plain.Selected()) + 1;
     const bool siblings = Plain.Siblings(Plain.Selected()).size() > 1;
-    EXPECT_EQ(Stored(1), Outline(Plain.Document[0], &Line::Open));
-    EXPECT_EQ(Stored(2), Outline(Plain.Document[1], &Line::Open));
-    EXPECT_EQ(Window().tvwContent.SelectedItem()->Index(), selected);
+    EXPECT_EQ(Stored(1), Outline(Plain.Document[0]));
+    EXPECT_EQ(Stored(2), Outline(Plain.Document[1]));
     EXPECT_EQ(Window().Caption(), Plain.Caption);
-    Expect({.Tree = Outline(Plain.Tree(), &Line::Shown, selected),
+    Expect({.Tree = Outline(Plain.Tree(), static_cast<int>(Plain.Position()) + 1),
             .Enabled = std::string("New") + (siblings ? " Remove" : "") +
                        (Plain.Movable ? " Move" : "") + " Value" +
                        (Plain.Editing ? " Ok Cancel" : ""),
@@ -445,9 +399,9 @@ void RandomActions::StartOver(unsigned seed) {
     Done.clear();
     QFile::remove(Path("a.tvq"));
     QFile::remove(Path("b.tvq"));
-    StoreBytes(Path("run.tvq"), DocumentImage(Sketches("sleep(0.5),zz(1)"), Sketches("FILE1(~)")));
-    Plain.Disk[u"run.tvq"_s] = {Lines{{0, u"sleep"_s}, {1, u"0.5"_s}, {0, u"zz"_s}, {1, u"1"_s}},
-                                Lines{{0, u"FILE1"_s}, {1, {}}}};
+    const Model::Trees run = {Sketches("sleep(0.5),zz(1)"), Sketches("FILE1(~)")};
+    StoreBytes(Path("run.tvq"), DocumentImage(run[0], run[1]));
+    Plain.Disk[u"run.tvq"_s] = run;
 }
 
 void RandomActions::ActAtRandom(unsigned count) {

@@ -157,7 +157,7 @@ TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
     EXPECT_EQ(OpenDescriptors(), before);
     Execute({u"true"_s});
     EXPECT_EQ(OpenDescriptors(), before);
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "a zombie is left";
+    EXPECT_LE(waitpid(-1, nullptr, WNOHANG), 0) << "a zombie is left";
     const int free = dup(STDOUT_FILENO);
     close(free);
     // Room for no pipe, for the first one, and for half of the second one.

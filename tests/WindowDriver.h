@@ -16,24 +16,11 @@
 
 namespace rivenfall {
 
-/// A node as a line of an outline.
-struct Line {
-    int Level = 0;
-    QString Value;
-    bool On = true;
-    bool Open = true;  ///< The document has the branch open.
-    bool Shown = true; ///< The window has the branch open.
-};
-using Lines = std::vector<Line>;
+/// The nodes as they would be written.
+std::vector<Sketch> SketchOf(const DataNodes* nodes);
 
-/// Which of a line's two truths about its branch is meant.
-using Opening = bool Line::*;
-
-/// @p lines in one text: nodes with commas between them, what is below a node in round brackets,
-/// or in square ones where @p open is False; "!" before a node that is switched off, "*" before
-/// the one at the position @p selected, "~" for an empty value. Without @p open all brackets are
-/// round.
-std::string Outline(const Lines& lines, Opening open, int selected = 0);
+/// The outline that tells @p nodes, with "*" before the one at the position @p selected.
+std::string Outline(const std::vector<Sketch>& nodes, int selected = 0);
 
 /// How the program shows itself. A field that a case doesn't name is expected to be empty or False.
 struct Case {
@@ -100,8 +87,7 @@ protected:
 private:
     void ClickRow(int position, int right);
     QModelIndexList Rows(const QModelIndex& parent);
-    Lines LinesOnView();
-    Lines LinesStored(int content);
+    std::vector<Sketch> SketchOnView(const QModelIndex& parent = {});
     void TakeKeyboard();
     void Forget();
 };
