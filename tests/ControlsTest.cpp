@@ -39,13 +39,6 @@ TEST(MultiLineTextBoxTest, ALongLineIsWholeWhenCopied) {
     edit->selectAll();
     edit->copy();
     EXPECT_EQ(QApplication::clipboard()->text(), text);
-    QTextCursor part(edit->document());
-    part.setPosition(3990);
-    part.setPosition(9000, QTextCursor::KeepAnchor);
-    edit->setTextCursor(part);
-    edit->copy();
-    EXPECT_TRUE(text.sliced(3990, 5010).startsWith(QApplication::clipboard()->text()));
-    EXPECT_GT(QApplication::clipboard()->text().size(), 4900);
     const QStringList shown = edit->toPlainText().split(u'\n');
     EXPECT_EQ(shown.first(), whole);
     for (const QString& line : shown) {

@@ -36,12 +36,9 @@ TEST_F(LayoutTest, StopsWhereTheScreenEnds) {
 }
 
 TEST_F(LayoutTest, GrowsWithTheLettersOfTheSystem) {
-    QMenuBar* bar = Window().Window()->menuBar();
     EXPECT_EQ(Window().Client()->size(), QSize(721, 441));
     EXPECT_EQ(Box()->size(), QSize(421, 24));
     EXPECT_EQ(Box()->fontInfo().pixelSize(), 13);
-    EXPECT_EQ(bar->fontInfo().pixelSize(), 15);
-    EXPECT_EQ(bar->actions()[0]->menu()->fontInfo().pixelSize(), 15);
     for (const QAbstractButton* button : Window().Client()->findChildren<QAbstractButton*>())
         EXPECT_LE(button->fontMetrics().horizontalAdvance(button->text()), button->width());
     EXPECT_LE(Tabs()->mapTo(Window().Client(), QPoint(0, Tabs()->height())).y(),

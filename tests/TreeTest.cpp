@@ -4,7 +4,6 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QLineEdit>
 #include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
@@ -156,22 +155,14 @@ TEST_F(TreeTest, AnExpanderWorksFromRightToLeft) {
 TEST_F(TreeTest, OtherButtonsDoNothing) {
     Fill(2, 2);
     At("2").SetSelected(true);
-    QLineEdit box(&pobjWindow);
-    box.show();
-    box.setFocus();
     for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton, Qt::BackButton}) {
         for (const Spot spot : {Label, Box, Expander}) {
             QTest::mouseClick(Port(), button, {}, Find("1", spot));
             QTest::mouseDClick(Port(), button, {}, Find("1", spot));
         }
     }
-    EXPECT_TRUE(box.hasFocus());
-    Click("2", Label);
-    EXPECT_TRUE(View()->hasFocus());
-    QTest::mousePress(Port(), Qt::RightButton, {}, Find("2", Label));
-    QTest::mouseMove(Port(), Find("1", Label));
-    QTest::mouseRelease(Port(), Qt::RightButton, {}, Find("1", Label));
-    EXPECT_EQ(TakeLog(), "click 2");
+    EXPECT_EQ(TakeLog(), "");
+    EXPECT_EQ(Selected(), u"2");
 }
 
 TEST_F(TreeTest, ScreenReadersFindNestedItemsAndActAsTheUser) {

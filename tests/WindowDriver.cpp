@@ -178,9 +178,6 @@ std::string WindowTest::Enabled() {
             enabled += name;
         }
     }
-    if (!form.tabContent.Enabled()) {
-        enabled += u"(no document)"_s;
-    }
     return enabled.join(u' ').toStdString();
 }
 

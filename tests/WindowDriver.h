@@ -69,8 +69,7 @@ protected:
     std::string Shown();
     /// Reads the outline of the collection @p content as the document has it.
     std::string Stored(int content);
-    /// Reads which of New, Remove, Move, Value, Ok and Cancel are enabled, and adds "(no document)"
-    /// where nothing that needs a document is.
+    /// Reads which of New, Remove, Move, Value, Ok and Cancel are enabled.
     std::string Enabled();
     /// Tries whether the program would ask before it gives the document up, and stays. Forgets
     /// what the user was asked.

@@ -15,18 +15,6 @@ using namespace rivenfall;
 
 namespace {
 
-QWidget* OutputWindow() {
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    return *std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
-        return window->windowTitle().contains(u"[Output]");
-    });
-}
-
-/// Does @p action in a moment, inside of what is done next.
-void Later(const std::function<void()>& action) {
-    QTimer::singleShot(50, qApp, action);
-}
-
 void ExpectNoWindowIsLeft() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(QApplication::topLevelWidgets().empty());
@@ -220,7 +208,7 @@ TEST_F(WindowTest, QuitDuringARunEndsWithTheRun) {
         QFile::remove(Path("mark"));
         Open("sleep(0.5),touch(" + Path("mark").toStdString() + ")");
         const std::weak_ptr<Application> program = GlobalApplication();
-        Later([&, &form = Window()] {
+        QTimer::singleShot(50, qApp, [&, &form = Window()] {
             leave();
             EXPECT_EQ(GlobalApplication(), nullptr);
             ASSERT_FALSE(program.expired());
@@ -234,7 +222,7 @@ TEST_F(WindowTest, QuitDuringARunEndsWithTheRun) {
                 EXPECT_FALSE(entry->isEnabled());
             }
             EXPECT_TRUE(program.lock()->Execution()->Running());
-            OutputWindow()->close();
+            program.lock()->Execution()->Log().Widget()->window()->close();
         });
         Menu("File", "Run");
         EXPECT_TRUE(program.expired());
