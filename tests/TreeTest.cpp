@@ -214,7 +214,7 @@ TEST_F(TreeTest, RowsShowWhatFitsAndHideNothing) {
 TEST(TreeRowTest, KeepsItsOrderWhereTheLayoutRunsFromRightToLeft) {
     QTextOption option;
     option.setTextDirection(Qt::RightToLeft);
-    QTextLayout layout(TreeRowDelegate(nullptr).displayText(u"--O2"_s, {}));
+    QTextLayout layout(TreeRowDelegate().displayText(u"--O2"_s, {}));
     layout.setTextOption(option);
     layout.beginLayout();
     const QTextLine line = layout.createLine();

@@ -37,7 +37,7 @@ void Application::SetHandleEvents(bool Enable) {
 }
 
 DataNodes* Application::ActiveCollection() const {
-    return plngContentActive == 1 ? pobjCompilers.get() : pobjVariables.get();
+    return plngContentActive == CompilersContent ? pobjCompilers.get() : pobjVariables.get();
 }
 
 } // namespace rivenfall

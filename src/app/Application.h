@@ -50,7 +50,9 @@ public:
     /// The root of the compilers; null once Quit has succeeded.
     DataNodes* Compilers() const;
 
-    /// Which tree the window shows: 1 the compilers, 2 the variables.
+    /// Which tree the window shows: its tab's position.
+    static constexpr int CompilersContent = 1;
+    static constexpr int VariablesContent = 2;
     int ContentActive() const;
 
     /// The runner of commands with its log.
@@ -157,12 +159,9 @@ private:
     // app/ApplicationLifetime.cpp
     template <typename Control, typename Event, typename... Arguments>
     void Sink(Control* field, Event event, void (Application::*handler)(Arguments...));
-    template <typename Control>
-    void Release(Control*& field);
     void LoadForm();
     void ConnectControls();
     void FillTabs();
-    void ReleaseControls();
 
     // document/desktop/DocumentCommands.cpp
     void ConfigureFileDialog(const QString& title, FileDialogPurpose purpose);
@@ -193,7 +192,7 @@ private:
     DataNodes* ActiveCollection() const;
 
     bool pblnChanged = false;
-    int plngContentActive = 1;
+    int plngContentActive = CompilersContent;
     std::unique_ptr<DataNodes> pobjCompilers;
     std::unique_ptr<DataNodes> pobjVariables;
     std::unique_ptr<rivenfall::Execution> pobjExecution;
@@ -224,8 +223,8 @@ private:
     TextBox* pobjFormTxtValue = nullptr;
     UpDown* pobjFormUdnMove = nullptr;
 
-    /// The receiver of the controls' events: what is connected to it ends with the object.
-    QObject pobjSinks;
+    /// The receiver of the controls' events: what is connected to it ends with it.
+    std::unique_ptr<QObject> pobjSinks = std::make_unique<QObject>();
 };
 
 } // namespace rivenfall

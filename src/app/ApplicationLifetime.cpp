@@ -41,7 +41,7 @@ Application::Application() {
 Application::~Application() {
     pobjExecution.reset();
     pobjForm->Hide();
-    ReleaseControls();
+    pobjSinks.reset();
     pobjForm->Unload();
     pobjForm.reset();
     for (std::unique_ptr<DataNodes>* root : {&pobjCompilers, &pobjVariables}) {
@@ -59,18 +59,12 @@ Application::~Application() {
 /// object while it runs. Once Quit has succeeded the event finds nobody.
 template <typename Control, typename Event, typename... Arguments>
 void Application::Sink(Control* field, Event event, void (Application::*handler)(Arguments...)) {
-    QObject::connect(field, event, &pobjSinks, [this, handler](Arguments... arguments) {
+    QObject::connect(field, event, pobjSinks.get(), [this, handler](Arguments... arguments) {
         const std::shared_ptr<Application> reference = weak_from_this().lock();
         if (pobjCompilers) {
             (this->*handler)(arguments...);
         }
     });
-}
-
-template <typename Control>
-void Application::Release(Control*& field) {
-    QObject::disconnect(field, nullptr, &pobjSinks, nullptr);
-    field = nullptr;
 }
 
 void Application::LoadForm() {
@@ -122,27 +116,6 @@ void Application::ConnectControls() {
     pobjFormUdnMove = &pobjForm->udnMove;
     Sink(pobjFormUdnMove, &UpDown::DownClick, &Application::pobjFormUdnMove_DownClick);
     Sink(pobjFormUdnMove, &UpDown::UpClick, &Application::pobjFormUdnMove_UpClick);
-}
-
-void Application::ReleaseControls() {
-    Release(pobjFormUdnMove);
-    Release(pobjFormTxtValue);
-    Release(pobjFormTxtDescription);
-    Release(pobjFormTvwContentFake);
-    Release(pobjFormTvwContent);
-    Release(pobjFormTabContent);
-    Release(pobjFormMnuHelpInfo);
-    Release(pobjFormMnuFileShowOutput);
-    Release(pobjFormMnuFileSaveAs);
-    Release(pobjFormMnuFileSave);
-    Release(pobjFormMnuFileRun);
-    Release(pobjFormMnuFileOpen);
-    Release(pobjFormMnuFileNew);
-    Release(pobjFormMnuFileExit);
-    Release(pobjFormCmdRemove);
-    Release(pobjFormCmdOk);
-    Release(pobjFormCmdCancel);
-    Release(pobjFormCmdAdd);
 }
 
 void Application::FillTabs() {

@@ -2,7 +2,6 @@
 
 #include "controls/Form.h"
 
-#include <QAction>
 #include <QKeySequence>
 #include <QMainWindow>
 #include <QMenu>

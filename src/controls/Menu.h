@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QObject>
-#include <QString>
-
-class QAction;
+#include <QAction>
 
 namespace rivenfall {
 

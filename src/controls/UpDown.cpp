@@ -34,14 +34,11 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override {
-        switch (event->key()) {
-        case Qt::Key_Up:
+        if (event->key() == Qt::Key_Up) {
             Up->click();
-            break;
-        case Qt::Key_Down:
+        } else if (event->key() == Qt::Key_Down) {
             Down->click();
-            break;
-        default:
+        } else {
             QWidget::keyPressEvent(event);
         }
     }

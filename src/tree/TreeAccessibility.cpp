@@ -19,30 +19,30 @@ const QString CollapseAction = u"Collapse"_s;
 /// One node as a screen reader sees it. Its actions are the user's own.
 class NodeAccessibility : public QAccessibleInterface, public QAccessibleActionInterface {
 public:
-    NodeAccessibility(TreeAccessibility& tree, Node& node) : Tree(tree), Item(node) {}
+    NodeAccessibility(TreeAccessibility& tree, Node& node) : pobjTree(tree), pobjItem(node) {}
 
-    const Node& Subject() const { return Item; }
+    const Node& Subject() const { return pobjItem; }
 
-    bool isValid() const override { return Tree.isValid(); }
+    bool isValid() const override { return pobjTree.isValid(); }
     QObject* object() const override { return nullptr; }
-    QWindow* window() const override { return Tree.window(); }
+    QWindow* window() const override { return pobjTree.window(); }
     QAccessible::Role role() const override { return QAccessible::TreeItem; }
 
     QAccessibleInterface* parent() const override {
-        Node* const parent = Item.Parent();
-        return parent ? Tree.InterfaceOf(*parent) : &Tree;
+        Node* const parent = pobjItem.Parent();
+        return parent ? pobjTree.InterfaceOf(*parent) : &pobjTree;
     }
 
     int childCount() const override { return Rows().Model().rowCount(Index()); }
 
     QAccessibleInterface* child(int index) const override {
         Node* const node = TreeModel::NodeAt(Rows().Model().index(index, 0, Index()));
-        return node ? Tree.InterfaceOf(*node) : nullptr;
+        return node ? pobjTree.InterfaceOf(*node) : nullptr;
     }
 
     int indexOfChild(const QAccessibleInterface* child) const override {
         const auto* const item = dynamic_cast<const NodeAccessibility*>(child);
-        return item && item->Item.Parent() == &Item ? item->Index().row() : -1;
+        return item && item->pobjItem.Parent() == &pobjItem ? item->Index().row() : -1;
     }
 
     QAccessibleInterface* childAt(int, int) const override { return nullptr; }
@@ -50,12 +50,12 @@ public:
     QString text(QAccessible::Text text) const override {
         if (text == QAccessible::Name) {
             // In the order of what runs, without the marks of what is shown.
-            const bool blank = QStringView(Item.Text()).trimmed().isEmpty();
-            return blank ? u"(empty)"_s : Item.Text().left(LongestRow);
+            const bool blank = QStringView(pobjItem.Text()).trimmed().isEmpty();
+            return blank ? u"(empty)"_s : pobjItem.Text().left(LongestRow);
         }
         if (text == QAccessible::Description) {
             int level = 1;
-            for (const Node* each = Item.Parent(); each; each = each->Parent()) {
+            for (const Node* each = pobjItem.Parent(); each; each = each->Parent()) {
                 ++level;
             }
             const QModelIndex index = Index();
@@ -70,7 +70,7 @@ public:
 
     QRect rect() const override {
         const std::vector<Node*> rows = Rows().RowsInView();
-        if (std::find(rows.begin(), rows.end(), &Item) == rows.end()) {
+        if (std::find(rows.begin(), rows.end(), &pobjItem) == rows.end()) {
             return {};
         }
         const QRect row = Rows().visualRect(Index());
@@ -81,17 +81,18 @@ public:
         const std::vector<Node*> rows = Rows().RowsInView();
         QAccessible::State state;
         state.disabled = !Rows().isEnabled();
-        state.invisible = &TreeRows::VisibleAncestorOrSelf(Item) != &Item || !Rows().isVisible();
-        state.offscreen = std::find(rows.begin(), rows.end(), &Item) == rows.end();
+        state.invisible =
+            &TreeRows::VisibleAncestorOrSelf(pobjItem) != &pobjItem || !Rows().isVisible();
+        state.offscreen = std::find(rows.begin(), rows.end(), &pobjItem) == rows.end();
         state.selectable = true;
-        state.selected = Item.Selected();
+        state.selected = pobjItem.Selected();
         state.focusable = true;
-        state.focused = Item.Selected() && Rows().hasFocus();
+        state.focused = pobjItem.Selected() && Rows().hasFocus();
         state.checkable = true;
-        state.checked = Item.Checked();
+        state.checked = pobjItem.Checked();
         state.expandable = Rows().Model().hasChildren(Index());
-        state.expanded = state.expandable && Item.Expanded();
-        state.collapsed = state.expandable && !Item.Expanded();
+        state.expanded = state.expandable && pobjItem.Expanded();
+        state.collapsed = state.expandable && !pobjItem.Expanded();
         return state;
     }
 
@@ -108,7 +109,7 @@ public:
         }
         QStringList names{pressAction(), toggleAction()};
         if (Rows().Model().hasChildren(Index())) {
-            names.append(Item.Expanded() ? CollapseAction : ExpandAction);
+            names.append(pobjItem.Expanded() ? CollapseAction : ExpandAction);
         }
         return names;
     }
@@ -118,22 +119,22 @@ public:
             return;
         }
         if (name == pressAction()) {
-            Rows().Choose(Item);
+            Rows().Choose(pobjItem);
         } else if (name == toggleAction()) {
-            Rows().ToggleCheck(Item);
+            Rows().ToggleCheck(pobjItem);
         } else {
-            Rows().ToggleBranch(Item);
+            Rows().ToggleBranch(pobjItem);
         }
     }
 
     QStringList keyBindingsForAction(const QString&) const override { return {}; }
 
 private:
-    TreeRows& Rows() const { return *Tree.Rows(); }
-    QModelIndex Index() const { return Rows().Model().IndexOf(Item); }
+    TreeRows& Rows() const { return *pobjTree.Rows(); }
+    QModelIndex Index() const { return Rows().Model().IndexOf(pobjItem); }
 
-    TreeAccessibility& Tree;
-    Node& Item;
+    TreeAccessibility& pobjTree;
+    Node& pobjItem;
 };
 
 QAccessibleInterface* PresentTreeRows(const QString& className, QObject* object) {
@@ -143,60 +144,32 @@ QAccessibleInterface* PresentTreeRows(const QString& className, QObject* object)
     return new TreeAccessibility(*static_cast<TreeRows*>(object));
 }
 
-/// The object to announce for a node, or null if nobody listens.
-QAccessibleInterface* Listening(TreeRows& rows, const Node& node) {
-    if (!QAccessible::isActive() || !rows.Reachable()) {
-        return nullptr;
-    }
-    auto* const tree =
-        dynamic_cast<TreeAccessibility*>(QAccessible::queryAccessibleInterface(&rows));
-    return tree ? tree->InterfaceOf(node) : nullptr;
-}
-
 } // namespace
 
 void TreeAccessibility::Install() {
     QAccessible::installFactory(PresentTreeRows);
 }
 
-void TreeAccessibility::AnnounceFocus(TreeRows& rows, const Node& node) {
-    QAccessibleInterface* const item = Listening(rows, node);
-    if (!item) {
+void TreeAccessibility::Announce(TreeRows& rows, const Node& node, RowChange change) {
+    if (!QAccessible::isActive() || !rows.Reachable()) {
         return;
     }
-    QAccessibleEvent focus(item, QAccessible::Focus);
-    QAccessible::updateAccessibility(&focus);
-}
-
-void TreeAccessibility::AnnounceSelection(TreeRows& rows, const Node& node) {
-    QAccessibleInterface* const item = Listening(rows, node);
-    if (!item) {
+    auto* const tree =
+        dynamic_cast<TreeAccessibility*>(QAccessible::queryAccessibleInterface(&rows));
+    if (!tree) {
         return;
     }
-    QAccessibleEvent selection(item, node.Selected() ? QAccessible::Selection
-                                                     : QAccessible::SelectionRemove);
-    QAccessible::updateAccessibility(&selection);
-}
-
-void TreeAccessibility::AnnounceCheck(TreeRows& rows, const Node& node) {
-    QAccessibleInterface* const item = Listening(rows, node);
-    if (!item) {
+    if (change == RowChange::Check || change == RowChange::Branch) {
+        QAccessible::State changed;
+        changed.checked = change == RowChange::Check;
+        changed.expanded = change == RowChange::Branch;
+        QAccessibleStateChangeEvent event(tree->InterfaceOf(node), changed);
+        QAccessible::updateAccessibility(&event);
         return;
     }
-    QAccessible::State changed;
-    changed.checked = true;
-    QAccessibleStateChangeEvent event(item, changed);
-    QAccessible::updateAccessibility(&event);
-}
-
-void TreeAccessibility::AnnounceBranch(TreeRows& rows, const Node& node) {
-    QAccessibleInterface* const item = Listening(rows, node);
-    if (!item) {
-        return;
-    }
-    QAccessible::State changed;
-    changed.expanded = true;
-    QAccessibleStateChangeEvent event(item, changed);
+    const auto selection = node.Selected() ? QAccessible::Selection : QAccessible::SelectionRemove;
+    QAccessibleEvent event(tree->InterfaceOf(node),
+                           change == RowChange::Focus ? QAccessible::Focus : selection);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -8,6 +8,9 @@ namespace rivenfall {
 class Node;
 class TreeRows;
 
+/// What has changed about a row. Qt 6.4 keeps to itself that a branch was opened or closed.
+enum class RowChange { Focus, Selection, Check, Branch };
+
 /// Presents a tree to screen readers: a tree whose items are nested as the nodes are.
 ///
 /// The object for a node is made when somebody asks for it and goes with the node.
@@ -16,13 +19,9 @@ public:
     /// Makes Qt present every TreeRows through this class.
     static void Install();
 
-    /// Tell screen readers what has happened to @p node, whose state is the new one already.
-    /// Without one listening they do nothing. Qt 6.4 keeps to itself that a branch was opened or
-    /// closed.
-    static void AnnounceFocus(TreeRows& rows, const Node& node);
-    static void AnnounceSelection(TreeRows& rows, const Node& node);
-    static void AnnounceCheck(TreeRows& rows, const Node& node);
-    static void AnnounceBranch(TreeRows& rows, const Node& node);
+    /// Tells screen readers that @p change has happened to @p node, whose state is the new one
+    /// already. Without one listening it does nothing.
+    static void Announce(TreeRows& rows, const Node& node, RowChange change);
 
     /// Speaks for @p rows, which must outlive it.
     explicit TreeAccessibility(TreeRows& rows);

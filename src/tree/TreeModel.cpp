@@ -4,7 +4,7 @@
 
 namespace rivenfall {
 
-TreeModel::TreeModel(Node& root, QObject* parent) : QAbstractItemModel(parent), pobjRoot(root) {}
+TreeModel::TreeModel(Node& root) : pobjRoot(root) {}
 
 void TreeModel::BeginChanges() {
     pblnChanging = true;

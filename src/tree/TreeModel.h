@@ -15,7 +15,7 @@ class TreeModel : public QAbstractItemModel {
 
 public:
     /// Presents what is below @p root, which outlives the model's use.
-    TreeModel(Node& root, QObject* parent);
+    explicit TreeModel(Node& root);
 
     /// True between BeginChanges and EndChanges.
     bool Changing() const { return pblnChanging; }

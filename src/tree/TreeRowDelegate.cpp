@@ -7,8 +7,6 @@
 
 namespace rivenfall {
 
-TreeRowDelegate::TreeRowDelegate(QObject* parent) : QStyledItemDelegate(parent) {}
-
 QRect TreeRowDelegate::CheckBox(QStyleOptionViewItem option, const QModelIndex& index) const {
     initStyleOption(&option, index);
     return option.widget->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option,

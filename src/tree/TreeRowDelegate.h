@@ -7,9 +7,6 @@ namespace rivenfall {
 /// Draws the rows of a tree and, unlike its base, leaves their check boxes to the tree.
 class TreeRowDelegate : public QStyledItemDelegate {
 public:
-    /// @p parent owns the delegate.
-    explicit TreeRowDelegate(QObject* parent);
-
     /// Where the check box of the row at @p index is, whose place and widget @p option tells.
     QRect CheckBox(QStyleOptionViewItem option, const QModelIndex& index) const;
 

@@ -3,7 +3,6 @@
 #include "tree/Node.h"
 #include "tree/TreeAccessibility.h"
 #include "tree/TreeModel.h"
-#include "tree/TreeRowDelegate.h"
 
 #include <QHeaderView>
 #include <QPainter>
@@ -14,33 +13,13 @@
 
 namespace rivenfall {
 
-namespace {
-
-/// The node of the row below that of @p node while all rows are there that open branches show.
-Node* NextRow(const Node& node, const TreeModel& model) {
-    const QModelIndex index = model.IndexOf(node);
-    if (node.Expanded() && model.hasChildren(index)) {
-        return TreeModel::NodeAt(model.index(0, 0, index));
-    }
-    for (const Node* each = &node; each; each = each->Parent()) {
-        if (Node* const next = each->Next()) {
-            return next;
-        }
-    }
-    return nullptr;
-}
-
-} // namespace
-
 TreeRows::TreeRows(QWidget* container)
     : QTreeView(container),
       pobjNodes(std::make_unique<Nodes>(*this)),
-      pobjModel(std::make_unique<TreeModel>(*pobjNodes->pobjRoot, nullptr)) {
-    // Not above: the new child makes an event, which needs every member.
-    pobjDelegate = new TreeRowDelegate(this);
+      pobjModel(std::make_unique<TreeModel>(*pobjNodes->pobjRoot)) {
     TreeAccessibility::Install();
     setModel(pobjModel.get());
-    setItemDelegate(pobjDelegate);
+    setItemDelegate(&pobjDelegate);
     setUniformRowHeights(true);
     setVerticalScrollMode(ScrollPerItem);
     setHorizontalScrollMode(ScrollPerPixel);
@@ -49,6 +28,7 @@ TreeRows::TreeRows(QWidget* container)
     setHeaderHidden(true);
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(0);
+    header()->setResizeContentsPrecision(0); // The rows in view alone.
     SetReachable(true);
 
     pobjApplyTimer.setSingleShot(true);
@@ -136,30 +116,23 @@ void TreeRows::AnnounceSelection() {
         return;
     }
     if (const Node* const former = std::exchange(pobjAnnounced, pobjSelected)) {
-        TreeAccessibility::AnnounceSelection(*this, *former);
+        TreeAccessibility::Announce(*this, *former, RowChange::Selection);
     }
     if (!pobjSelected) {
         return;
     }
     if (hasFocus()) {
-        TreeAccessibility::AnnounceFocus(*this, *pobjSelected);
+        TreeAccessibility::Announce(*this, *pobjSelected, RowChange::Focus);
     }
-    TreeAccessibility::AnnounceSelection(*this, *pobjSelected);
+    TreeAccessibility::Announce(*this, *pobjSelected, RowChange::Selection);
 }
 
 std::vector<Node*> TreeRows::RowsInView() {
     ApplyChanges();
     std::vector<Node*> rows;
-    const QModelIndex top = indexAt(QPoint(viewport()->width() / 2, 0));
-    if (!top.isValid()) {
-        return rows;
-    }
-    const int height = std::max(1, rowHeight(top));
-    int bottom = 0;
-    for (Node* node = TreeModel::NodeAt(top); node && bottom < viewport()->height();
-         node = NextRow(*node, *pobjModel)) {
-        rows.push_back(node);
-        bottom += height;
+    for (QModelIndex row = indexAt(QPoint(viewport()->width() / 2, 0));
+         row.isValid() && visualRect(row).top() < viewport()->height(); row = indexBelow(row)) {
+        rows.push_back(TreeModel::NodeAt(row));
     }
     return rows;
 }
@@ -222,7 +195,7 @@ void TreeRows::ShowChecked(const Node& node) {
         return;
     }
     pobjModel->NodeChanged(node);
-    TreeAccessibility::AnnounceCheck(*this, node);
+    TreeAccessibility::Announce(*this, node, RowChange::Check);
 }
 
 void TreeRows::ShowExpanded(const Node& node) {
@@ -230,7 +203,7 @@ void TreeRows::ShowExpanded(const Node& node) {
         return;
     }
     setExpanded(pobjModel->IndexOf(node), node.Expanded());
-    TreeAccessibility::AnnounceBranch(*this, node);
+    TreeAccessibility::Announce(*this, node, RowChange::Branch);
 }
 
 void TreeRows::focusInEvent(QFocusEvent* event) {
@@ -240,7 +213,7 @@ void TreeRows::focusInEvent(QFocusEvent* event) {
     // Qt announces the tree itself behind this event. The last word is the row's.
     QTimer::singleShot(0, this, [this] {
         if (hasFocus() && pobjSelected) {
-            TreeAccessibility::AnnounceFocus(*this, *pobjSelected);
+            TreeAccessibility::Announce(*this, *pobjSelected, RowChange::Focus);
         }
     });
 }
@@ -291,13 +264,7 @@ void TreeRows::FitColumn() {
         return;
     }
     pblnFitting = true;
-    for (const Node* node : RowsInView()) {
-        int width = sizeHintForIndex(pobjModel->IndexOf(*node)).width();
-        for (const Node* each = node; each; each = each->Parent()) {
-            width += indentation();
-        }
-        plngWidestRow = std::max(plngWidestRow, width);
-    }
+    plngWidestRow = std::max(plngWidestRow, sizeHintForColumn(0));
     header()->resizeSection(0, std::max(viewport()->width(), plngWidestRow));
     pblnFitting = false;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tree/Nodes.h"
+#include "tree/TreeRowDelegate.h"
 
 #include <QTimer>
 #include <QTreeView>
@@ -11,7 +12,6 @@
 
 namespace rivenfall {
 
-class TreeRowDelegate;
 class TreeAccessibility;
 class TreeModel;
 
@@ -129,7 +129,7 @@ private:
 
     std::unique_ptr<Nodes> pobjNodes;
     std::unique_ptr<TreeModel> pobjModel;
-    TreeRowDelegate* pobjDelegate = nullptr;
+    TreeRowDelegate pobjDelegate;
     TreeAccessibility* pobjAccessibility = nullptr;
     QTimer pobjApplyTimer;
     Node* pobjSelected = nullptr;

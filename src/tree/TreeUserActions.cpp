@@ -3,7 +3,6 @@
 #include "tree/Node.h"
 #include "tree/TreeAccessibility.h"
 #include "tree/TreeModel.h"
-#include "tree/TreeRowDelegate.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -18,7 +17,7 @@ void TreeRows::BranchChanged(const QModelIndex& index, bool expanded) {
         return; // The view follows the node.
     }
     node.pblnExpanded = expanded;
-    TreeAccessibility::AnnounceBranch(*this, node);
+    TreeAccessibility::Announce(*this, node, RowChange::Branch);
     Raise(expanded ? &TreeRows::BranchOpened : &TreeRows::BranchClosed, node);
 }
 
@@ -223,7 +222,7 @@ bool TreeRows::OnCheckBox(const QModelIndex& index, const QPoint& position) cons
     QStyleOptionViewItem option;
     initViewItemOption(&option);
     option.rect = visualRect(index);
-    return pobjDelegate->CheckBox(option, index).contains(position);
+    return pobjDelegate.CheckBox(option, index).contains(position);
 }
 
 bool TreeRows::OnExpander(const QModelIndex& index, const QPoint& position) const {

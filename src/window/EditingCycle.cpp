@@ -9,16 +9,10 @@ namespace {
 
 /// Gives the new node @p added what makes it complete down to the last level of its tree.
 void AddChildsFor(DataNode& added) {
-    switch (added.DataNodeType()) {
-    case NodeKind::Compiler:
+    if (added.DataNodeType() == NodeKind::Compiler) {
         added.Childs()->Add()->Childs()->Add(u"${FILE1}"_s);
-        break;
-    case NodeKind::Parameter:
-    case NodeKind::Variable:
+    } else if (added.Childs()) {
         added.Childs()->Add();
-        break;
-    default:
-        break;
     }
 }
 
@@ -89,27 +83,15 @@ void Application::pobjFormTxtValue_Change() {
 }
 
 void Application::pobjFormTxtValue_KeyDown(KeyCode& Key, int Shift) {
-    if (Shift != 0) {
+    if (Shift != 0 || (Key != KeyCode::Down && Key != KeyCode::Up)) {
         return;
     }
-    Nodes& tree = pobjFormTvwContent->Nodes();
-    const int position = pobjFormTvwContent->SelectedItem()->Index();
-    int target = position;
-    switch (Key) {
-    case KeyCode::Down:
-        target = position + 1;
-        break;
-    case KeyCode::Up:
-        target = position - 1;
-        break;
-    default:
-        return;
-    }
+    const int step = Key == KeyCode::Down ? 1 : -1;
     Key = KeyCode::None;
-    if (target >= 1 && target <= tree.Count()) {
-        Node& node = *tree.Item(target);
-        node.SetSelected(true);
-        pobjFormTvwContent_NodeClick(node);
+    const int target = pobjFormTvwContent->SelectedItem()->Index() + step;
+    if (Node* const node = pobjFormTvwContent->Nodes().Item(target)) {
+        node->SetSelected(true);
+        pobjFormTvwContent_NodeClick(*node);
     }
 }
 

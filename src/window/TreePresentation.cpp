@@ -80,8 +80,8 @@ void Application::RestoreScrollPosition(int topIndex) {
         --last;
     }
     for (const int index : {last, topIndex}) {
-        if (index >= 1 && index <= tree.Count()) {
-            tree.Item(index)->EnsureVisible();
+        if (Node* const node = tree.Item(index)) {
+            node->EnsureVisible();
         }
     }
 }
@@ -118,7 +118,7 @@ void Application::RemoveFromTree(DataNode& DN) {
 }
 
 void Application::pobjCompilers_Add(DataNode& DN) {
-    if (plngContentActive == 1) {
+    if (plngContentActive == CompilersContent) {
         AddToTree(DN);
     }
 }
@@ -126,19 +126,19 @@ void Application::pobjCompilers_Add(DataNode& DN) {
 void Application::pobjCompilers_Move(DataNode&) {}
 
 void Application::pobjCompilers_Remove(DataNode& DN) {
-    if (plngContentActive == 1) {
+    if (plngContentActive == CompilersContent) {
         RemoveFromTree(DN);
     }
 }
 
 void Application::pobjVariables_Add(DataNode& DN) {
-    if (plngContentActive == 2) {
+    if (plngContentActive == VariablesContent) {
         AddToTree(DN);
     }
 }
 
 void Application::pobjVariables_Remove(DataNode& DN) {
-    if (plngContentActive == 2) {
+    if (plngContentActive == VariablesContent) {
         RemoveFromTree(DN);
     }
 }
