@@ -3,7 +3,6 @@
 #include <QClipboard>
 #include <QInputMethodEvent>
 #include <QMenu>
-#include <QToolButton>
 
 using namespace rivenfall;
 

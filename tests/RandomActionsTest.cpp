@@ -195,12 +195,6 @@ protected:
         Menu("File", "Run");
         EXPECT_EQ(Done.size(), before + count);
         ExpectTheModelAgrees();
-        // Whatever was done meanwhile, the run is that of the document at its start; but another
-        // run inside of it empties the log.
-        if (!Done.mid(before).contains(u"File, Run")) {
-            EXPECT_EQ(Log(), Frame(u"sleep 0.5"_s, u"success"_s) + u"\r\n"_s +
-                                 Frame(u"zz 1"_s, u"error: CreateProcess failed (2)"_s));
-        }
     }
 
     QStringList Done;

@@ -4,7 +4,6 @@
 
 #include <QAction>
 #include <QDragEnterEvent>
-#include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTimer>
