@@ -39,8 +39,8 @@ start_screen() {
 
 # Repeats a command until it succeeds, for half a minute at most.
 await() {
-    local tries
-    for ((tries = 0; tries < 300; ++tries)); do
+    local end=$((SECONDS + 30))
+    while ((SECONDS < end)); do
         ! "$@" 2>/dev/null || return 0
         sleep 0.1
     done
