@@ -232,10 +232,6 @@ void TextBox::SetText(const QString& text) {
     }
 }
 
-QString TextBox::SelText() const {
-    return LineOf(*this)->selectedText();
-}
-
 void TextBox::SetSelText(const QString& text) {
     LineOf(*this)->insert(FirstLine(text));
 }

@@ -36,9 +36,8 @@ public:
     QString Text() const;
     void SetText(const QString& text);
 
-    /// The selected text. Writing replaces it, or inserts at the caret if nothing is selected, as
-    /// if the user brought it in.
-    QString SelText() const;
+    /// Puts @p text in the place of the selected text, or inserts it at the caret if nothing is
+    /// selected, as if the user brought it in.
     void SetSelText(const QString& text);
 
 Q_SIGNALS:

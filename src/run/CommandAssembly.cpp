@@ -17,6 +17,9 @@ constexpr qint64 MostOfACommand = 1 << 23;
 
 Command CommandOf(const DataNode& compiler, VariableExpander& expander) {
     Command command;
+    command.Items.SetSeparator(u" "_s);
+    command.Items.SetQuoteBegin(u"\""_s);
+    command.Items.SetQuoteEnd(u"\""_s);
     const QString first = expander.Expand(compiler.Value());
     const bool changesDirectory = first.toLower() == u"cd";
     qint64 length = 0;
