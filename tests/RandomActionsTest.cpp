@@ -279,21 +279,14 @@ private:
         return answer == No;
     }
 
-    /// Picks files to save to until the program takes one, and gives that.
+    /// Picks a file to save to, in place of what is there, and gives it.
     QString PickFileToSaveTo() {
-        for (;;) {
-            const char* file = AnyOf({"", "a.tvq", "b.tvq", "b", "nowhere/a.tvq"});
-            PickFile(file);
-            const QString taken =
-                QLatin1StringView(file) == u"b" ? u"b.tvq"_s : QString::fromLatin1(file);
-            if (!Plain.Disk.contains(taken)) {
-                return taken;
-            }
-            Answer(Toss() ? Yes : No);
-            if (TheUser.Answers.back() == Yes) {
-                return taken;
-            }
+        const char* file = AnyOf({"", "a.tvq", "b.tvq", "nowhere/a.tvq"});
+        PickFile(file);
+        if (Plain.Disk.contains(QLatin1StringView(file))) {
+            Answer(Yes);
         }
+        return QString::fromLatin1(file);
     }
 
     void PressNew() {
