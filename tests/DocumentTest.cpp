@@ -92,7 +92,6 @@ std::vector<QByteArray> BrokenDocuments() {
         "plain text",
         // Bags of the first version, which holds a count.
         Bag({{"Count", -1}}),
-        Bag({{"Count", 2147483647}}),
         QByteArray::fromHex("a165436f756e743b00000000ffffffff"),
         // Identifications, and what belongs to them.
         Bag({{"Count", 0}, {"_FileFormatIdentification", 1}}),
@@ -111,7 +110,6 @@ std::vector<QByteArray> BrokenDocuments() {
         WithNode(Bag({{"Value", 1}, {"Childs", NoNodes}})),
         WithNode(Bag({{"Value", empty}})),
         WithNode(Bag({{"Value", empty}, {"Active", 0}, {"Childs", NoNodes}})),
-        WithNode(Bag({{"Value", empty}, {"Childs", Bag({{"Count", -7}})}})),
     };
 }
 

@@ -30,20 +30,6 @@ TEST_F(FocusTest, GoesBackToTheValueBox) {
     Expect({.Tree = "*a+", .Enabled = "New Value", .Box = "a+", .Changed = true});
 }
 
-TEST_F(FocusTest, TheWheelChangesNoTab) {
-    Open("a");
-    Type("+");
-    for (QWidget* place :
-         std::initializer_list<QWidget*>{Tabs(), Window().udnMove.Widget(), Box()}) {
-        for (const int turn : {-120, 120}) {
-            QWheelEvent wheel(QPointF(5, 5), place->mapToGlobal(QPointF(5, 5)), {}, {0, turn}, {},
-                              {}, Qt::NoScrollPhase, false);
-            QApplication::sendEvent(place, &wheel);
-        }
-    }
-    Expect({.Tree = "*a", .Enabled = "New Move Value Ok Cancel", .Box = "a+"});
-}
-
 TEST_F(FocusTest, WhatComesIntoTheBoxIsOneLine) {
     const auto pasteFromMenu = [this] {
         QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, Box()->mapToGlobal(QPoint(5, 5)));

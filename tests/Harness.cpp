@@ -62,10 +62,6 @@ void ProgramTest::TakeDown() {
     QCoreApplication::exec();
 }
 
-bool WaitFor(const std::function<bool()>& condition, int milliseconds) {
-    return QTest::qWaitFor(condition, milliseconds);
-}
-
 } // namespace rivenfall
 
 /// That windows can't be raised where there is no screen is no news.

@@ -13,7 +13,6 @@
 #include <QTest>
 
 #include <deque>
-#include <functional>
 
 namespace rivenfall {
 
@@ -67,8 +66,5 @@ private:
 
     QString FormerDirectory;
 };
-
-/// Handles events until @p condition holds; False if it doesn't within @p milliseconds.
-bool WaitFor(const std::function<bool()>& condition, int milliseconds = 10000);
 
 } // namespace rivenfall

@@ -46,7 +46,7 @@ TEST_F(LayoutTest, GrowsWithTheLettersOfTheSystem) {
     QWidget* log = Runner().Log().Widget();
     Runner().Show();
     log->window()->resize(501, 301);
-    EXPECT_TRUE(WaitFor([log] { return log->size() == QSize(501, 301); }));
+    EXPECT_TRUE(QTest::qWaitFor([log] { return log->size() == QSize(501, 301); }));
 }
 
 } // namespace

@@ -8,9 +8,7 @@
 #include <QTimer>
 
 #include <cstring>
-#include <sys/resource.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 using namespace rivenfall;
 
@@ -39,7 +37,7 @@ protected:
             Chunks += static_cast<int>(Runner().Output().size() - length);
             length = Runner().Output().size();
         });
-        EXPECT_TRUE(WaitFor([this] { return !Runner().Running(); }));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !Runner().Running(); }, 10000));
         return Runner().Output();
     }
 
@@ -138,31 +136,14 @@ TEST_F(RunTest, ASilentChildHoldsNothingUp) {
     EXPECT_LT(clock.elapsed(), 2000);
 }
 
-TEST_F(RunTest, WithoutDescriptorsNothingStarts) {
+TEST_F(RunTest, LeavesNoDescriptorAndNoZombie) {
     Execute({u"true"_s});
-    rlimit limit;
-    getrlimit(RLIMIT_NOFILE, &limit);
     const int before = OpenDescriptors();
     EXPECT_FALSE(Runner().Execute(u"rivenfall-no-such-program"_s));
     EXPECT_EQ(OpenDescriptors(), before);
     Execute({u"true"_s});
     EXPECT_EQ(OpenDescriptors(), before);
     EXPECT_LE(waitpid(-1, nullptr, WNOHANG), 0) << "a zombie is left";
-    const int free = dup(STDOUT_FILENO);
-    close(free);
-    // Room for no pipe, for the first one, and for half of the second one.
-    for (const int room : {0, 2, 3}) {
-        const rlimit tight = {static_cast<rlim_t>(free + room), limit.rlim_max};
-        setrlimit(RLIMIT_NOFILE, &tight);
-        const bool started = Runner().Execute(u"true"_s);
-        setrlimit(RLIMIT_NOFILE, &limit);
-        EXPECT_FALSE(started || Runner().Running());
-        EXPECT_EQ(OpenDescriptors(), before) << room;
-        EXPECT_EQ(TheUser.Asked.last().toStdString(), "CreatePipe failed. Error: 24|0|");
-        EXPECT_TRUE(Log().endsWith(Frame(u"true"_s, u"error: CreateProcess failed (24)"_s)));
-    }
-    EXPECT_EQ(TheUser.Asked.size(), 3);
-    EXPECT_EQ(Execute({u"echo"_s, u"again"_s}).toStdString(), "again\n");
 }
 
 TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
@@ -174,7 +155,7 @@ TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(window->windowTitle(), u"New File - "_s + title);
     window->close();
-    EXPECT_TRUE(WaitFor([this] { return !Runner().Running(); }));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !Runner().Running(); }, 10000));
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(Log().endsWith(u"x\n"_s));
     Open(Sketches("true"));

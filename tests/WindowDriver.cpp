@@ -87,9 +87,6 @@ void WindowTest::ClickRow(int position, int right) {
     const QModelIndex row = Row(position);
     ASSERT_TRUE(row.isValid() && (right > 0 || Tree()->model()->hasChildren(row)));
     ASSERT_FALSE(Tree()->visualRect(row).isEmpty()) << "a closed branch hides the row";
-    if (!Tree()->viewport()->rect().contains(Tree()->visualRect(row).center())) {
-        Tree()->scrollTo(row);
-    }
     const QRect item = Tree()->visualRect(row);
     QTest::mouseClick(Tree()->viewport(), Qt::LeftButton, {},
                       {item.left() + right, item.center().y()});

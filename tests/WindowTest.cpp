@@ -5,9 +5,7 @@
 #include <QAction>
 #include <QDragEnterEvent>
 #include <QMimeData>
-#include <QScrollBar>
 #include <QTimer>
-#include <QToolButton>
 #include <QUrl>
 
 using namespace rivenfall;
@@ -45,14 +43,6 @@ TEST_F(WindowTest, TabKeyVisitsTheControlsInOrder) {
         visited += widget->accessibleName().toStdString() + ' ';
     }
     EXPECT_EQ(visited, "Ok Cancel Content Document Move New Remove Value ");
-}
-
-TEST_F(WindowTest, AHeldButtonMovesOnAndOn) {
-    Open("a,b,c,d,e,f,g");
-    QWidget* down = Window().udnMove.Widget()->findChildren<QToolButton*>().at(1);
-    QTest::mousePress(down, Qt::LeftButton);
-    EXPECT_TRUE(WaitFor([&] { return Program().Compilers()->Item(4)->Value() == u"a"; }));
-    QTest::mouseRelease(down, Qt::LeftButton);
 }
 
 /// Drags @p data over @p box and drops it; False where the box doesn't want it.
@@ -132,31 +122,6 @@ TEST_F(WindowTest, LeavingAsksWhetherToSave) {
     EXPECT_TRUE(Holds(u"one.tvq"_s, "~(~(${FILE1})),~(~(${FILE1}))", "FILE1(~)"));
     EXPECT_TRUE(program.expired());
     ExpectNoWindowIsLeft();
-}
-
-TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
-    std::string outline = "a(p(v))";
-    for (int each = 0; each < 24; ++each) {
-        outline += ",a(p(v))";
-    }
-    Open(outline, "X");
-    ClickRow(30);
-    const auto rebuildFrom = [this](int row) {
-        Tree()->verticalScrollBar()->setValue(row - 1);
-        Type("+");
-        Press(Qt::Key_Return, Box());
-        EXPECT_EQ(Tree()->currentIndex(), Row(30));
-    };
-    // The same row is at the top again, unless the selected one is out of view then.
-    for (const auto& [former, next] : {std::pair(25, 25), std::pair(18, 18), std::pair(51, 30)}) {
-        rebuildFrom(former);
-        EXPECT_EQ(Tree()->indexAt(QPoint(60, 2)), Row(next)) << former;
-    }
-    rebuildFrom(1);
-    EXPECT_TRUE(Tree()->viewport()->rect().contains(Tree()->visualRect(Row(30))));
-    Tree()->verticalScrollBar()->setValue(60);
-    Tab(2);
-    EXPECT_EQ(Shown(), "*X");
 }
 
 TEST_F(WindowTest, AClosedBranchStaysClosedUnlessItHidesTheSelection) {
