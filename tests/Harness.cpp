@@ -22,9 +22,8 @@ User::User() {
             Answers.pop_front();
             return answer;
         });
-    SetFileDialogHandler([this](const QString& title, const QString& start) {
+    SetFileDialogHandler([this](const QString& title, const QString&) {
         Dialogs += title;
-        Offered = start;
         if (Files.empty()) {
             return QString();
         }

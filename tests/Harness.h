@@ -32,8 +32,6 @@ struct User {
     std::deque<QString> Files;
     /// The caption of each file dialog.
     QStringList Dialogs;
-    /// The path that the latest file dialog started from.
-    QString Offered;
 
 private:
     MessageBoxHandler Former;

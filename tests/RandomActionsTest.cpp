@@ -205,7 +205,7 @@ private:
     const char* AnyOf(const std::vector<const char*>& texts) { return texts[Below(texts.size())]; }
 
     void Act() {
-        // How often in 50 throws of the dice.
+        // How often in 48 throws of the dice.
         const struct {
             size_t Often;
             const char* Name;
@@ -214,7 +214,6 @@ private:
                        {1, "File, Open", &RandomActions::FileOpen},
                        {1, "File, Save", &RandomActions::FileSave},
                        {1, "Save as", &RandomActions::FileSaveAs},
-                       {2, "File, Run", &RandomActions::FileRun},
                        {4, "New", &RandomActions::PressNew},
                        {3, "Remove", &RandomActions::PressRemove},
                        {4, "Move", &RandomActions::PressMove},
@@ -224,7 +223,7 @@ private:
                        {1, "cancel", &RandomActions::CancelText},
                        {6, "arrow key", &RandomActions::WalkByArrow},
                        {14, "row", &RandomActions::ClickOnRow}};
-        size_t dice = Plain.Exists ? Below(50) : 0;
+        size_t dice = Plain.Exists ? Below(48) : 0;
         const auto* action = actions;
         for (; dice >= action->Often; ++action) {
             dice -= action->Often;
@@ -261,8 +260,6 @@ private:
         Plain.SetCaption();
         Menu("File", "Save as");
     }
-
-    void FileRun() { Menu("File", "Run"); }
 
     /// Answers whether to save where the document has changed. True if the command goes on then;
     /// where saving fails it does if @p evenUnsaved.

@@ -25,8 +25,6 @@ protected:
         ASSERT_TRUE(Program().FileOpen(StoreBytes(Path(u"doc.tvq"_s), image)));
     }
 
-    QWidget* OutputWindow() { return Runner().Log().Widget()->window(); }
-
     /// Executes @p items and gives their output and how the log grew chunk by chunk.
     QString Execute(const QStringList& items) {
         Chunks.clear();
@@ -148,7 +146,7 @@ TEST_F(RunTest, LeavesNoDescriptorAndNoZombie) {
 
 TEST_F(RunTest, TheWindowIsShownByFramesOnly) {
     const QString title = u"[Output] - "_s + ProgramTitle();
-    QWidget* window = OutputWindow();
+    QWidget* window = Runner().Log().Widget()->window();
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(window->windowTitle(), title);
     EXPECT_TRUE(Runner().Execute(u"sh -c \"sleep 0.2; echo x\""_s));
