@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <functional>
 #include <ostream>
 #include <vector>
 
@@ -69,9 +68,6 @@ QString Frame(const QString& issue, const QString& result);
 
 /// The number of descriptors that this process has open.
 int OpenDescriptors();
-
-/// Calls @p act where no file may grow longer than @p bytes.
-void WithFileSizeLimit(quint64 bytes, const std::function<void()>& act);
 
 /// The folder of the programs that are tested.
 QString ProgramFolder();

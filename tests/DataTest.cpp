@@ -100,8 +100,9 @@ TEST_F(DataTest, MovesNoNodeOutOfItsList) {
 
 TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {
     QTemporaryDir folder;
-    const QString path = StoreBytes(folder.filePath(u"a.tvq"_s),
-                                    DocumentImage(Sketches("c(p(a,!b,c))"), Sketches("V(a,b)")));
+    const QString path =
+        StoreBytes(folder.filePath(u"a.tvq"_s),
+                   DocumentImage(Sketches("c(p(a,!b,c)),\uFEFFd"), Sketches("V(a,b)")));
     DocumentContent content;
     ASSERT_EQ(ReadDocumentFile(path, content).toStdString(), "");
     Grow(Root, Sketches("x"));
@@ -109,6 +110,8 @@ TEST_F(DataTest, LoadedAlternativesStayActiveUntilOneIsSwitchedOn) {
     Root.TakeNodesOf(content.Compilers);
     EXPECT_EQ(TakeEvents(), QStringList{u"Remove c1p0v0 x"_s});
     EXPECT_EQ(Root.Item(1)->Parent(), &Root);
+    // A byte order mark in front of a value is a character of it.
+    EXPECT_EQ(Root.Item(2)->Value(), QChar::ByteOrderMark + u"d"_s);
     DataNodes& values = *Root.Item(1)->Childs()->Item(1)->Childs();
     EXPECT_EQ(Outline(values), "a,!b,c");
     values.Item(1)->SetActive(false);
