@@ -16,7 +16,6 @@ TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
         {"broken.tvq", 2, "The file broken.tvq can't be opened: the data ends too early."},
         {"-- --help", 2, "The file --help can't be opened: No such file or directory."},
         {"../off.tvq -C home -n", 1, "No compilers to run! Please select some..."},
-        {"-C home -C .. -n off.tvq", 1, "No compilers to run! Please select some..."},
         {"-C nowhere off.tvq", 2,
          "The directory nowhere can't be changed to: No such file or directory."},
         {"off.tvq EMPTY", 2, "The argument EMPTY isn't of the form NAME=VALUE."},
@@ -32,10 +31,6 @@ TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
                                        : "";
         Run(arguments).Prints(output).Tells("…rivenfall-run: " + error + "\n…").Ends(status);
     }
-    // A name of a file may hold any byte, an argument no other than those of a text.
-    Bash("exec $RUN $'x\\xE9.tvq'")
-        .Tells("rivenfall-run: The argument x\uFFFD.tvq is no UTF-8 text.\n…")
-        .Ends(2);
 }
 
 TEST_F(RunnerTest, TellsOfItself) {
@@ -110,7 +105,6 @@ TEST_F(RunnerTest, ASettingHoldsForTheRunWhateverIsTicked) {
 TEST_F(RunnerTest, ChecksHoldForTheRunAlone) {
     // Options, what the run or the list prints, and the status.
     const std::tuple<const char*, const char*, int> cases[] = {
-        {"-q", "a1 x\n", 0},
         {"-q --off x", "a1\n", 0},
         {"-q --on X2", "a1 x2\n", 0},
         {"-q --on x2 --on x", "a1 x\n", 0},
@@ -131,31 +125,19 @@ TEST_F(RunnerTest, ChecksHoldForTheRunAlone) {
             .Tells(status == 0 ? "" : "…")
             .Ends(status);
     }
-    Run("-u --on PRINTF")
-        .Of(Sketches("!printf(${W}${w}${V})"), "V(!1)")
-        .Tells("rivenfall-run: ${W}: no value found\nrivenfall-run: ${w}: no value found\n"
-               "rivenfall-run: ${V}: no value found\n")
-        .Prints("")
-        .Ends(2);
     Run("--only x")
         .Of(Sketches("a(b),~,a,\n"), "V(!1)")
         .Tells("rivenfall-run: The document has no compiler \"x\". There are: a, \\n.\n")
         .Ends(2);
-    Run("--off x").Of({}).Tells("…There are: none.\n").Ends(2);
 }
 
-TEST_F(RunnerTest, PrintsTheDocumentForPeopleAndComparisons) {
+TEST_F(RunnerTest, PrintsTheDocumentForPeople) {
     Run("-p")
         .Of(Sketches("!gcc(-o(!a.out,b),~(${F})),~"), "F(1\n\t\\\x1B,\u202E\u200B漢)")
         .Prints("Compilers\n  [ ] gcc\n    [x] -o\n      [ ] a.out\n      [x] b\n"
                 "    [x]\n      [x] ${F}\n  [x]\nVariables\n  [x] F\n"
                 "    [x] 1\\n\\t\\\\\\x1b\n    [x] \\u202e\\u200b漢\n")
         .Ends(0);
-    Document(Sketches("!gcc(-o(a.out,b),~(${F})),~"), "ticked.tvq",
-             "F(1\n\t\\\x1B,\u202E\u200B漢)");
-    Bash("diff <($RUN -p doc.tvq) <($RUN -p ticked.tvq)")
-        .Prints("4c4\n<       [ ] a.out\n---\n>       [x] a.out\n")
-        .Ends(1);
 }
 
 TEST_F(RunnerTest, TextArrivesWholeInAnyEnvironment) {
@@ -195,7 +177,7 @@ TEST_F(RunnerTest, APathLeadsWhereTheKernelTakesIt) {
     // The same for a name that isn't UTF-8, and one that begins with a byte order mark.
     Document({{"echo", {"wrong"}}}, "\uFFFD.tvq");
     Document({{"echo", {"marked"}}}, "./\uFEFF.tvq");
-    Bash("exec $RUN $'\\xFF.tvq'").Tells("…is no UTF-8 text.\n…").Ends(2);
+    Bash("exec $RUN $'\\xFF.tvq'").Tells("…The argument \uFFFD.tvq is no UTF-8 text.\n…").Ends(2);
     Bash("exec $RUN $'\\xEF\\xBB\\xBF.tvq'").Prints("…-\nmarked\n").Ends(0);
     // A folder that one stands in has a name for the kernel alone.
     Bash("mkdir $'\\xFF' '\"s\" '; cp far/doc.tvq $'\\xFF'; cp far/doc.tvq '\"s\" '\n"
