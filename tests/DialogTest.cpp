@@ -16,10 +16,6 @@ using namespace rivenfall;
 
 namespace {
 
-QString MayReplace() {
-    return u"\"there.tvq\" exists already.\r\nDo you want to replace it?|4|"_s + ProgramTitle();
-}
-
 using DialogTest = WindowTest;
 
 /// Calls @p act with each dialog of the kind @p Dialog that comes up while @p show runs.
@@ -54,7 +50,9 @@ TEST_F(DialogTest, ARealDialogLeavesTheQuestionToTheProgram) {
     };
     AnswerEach<QFileDialog>(chooseThere, [this] { Menu("File", "Save as"); });
     EXPECT_EQ(offered, (QStringList{App::Path() + u"/document.tvq"_s, Path(u"there.tvq"_s)}));
-    EXPECT_EQ(TheUser.Asked, (QStringList{MayReplace(), MayReplace()}));
+    const QString mayReplace =
+        u"\"there.tvq\" exists already.\r\nDo you want to replace it?|4|"_s + ProgramTitle();
+    EXPECT_EQ(TheUser.Asked, (QStringList{mayReplace, mayReplace}));
     EXPECT_TRUE(Holds(u"there.tvq"_s, "a", "FILE1(~)"));
 
     const auto chooseDocument = [&](QFileDialog& dialog) {

@@ -31,11 +31,6 @@ protected:
     bool OpenBytes(const QByteArray& bytes) {
         return Program().FileOpen(StoreBytes(Path(u"other.tvq"_s), bytes));
     }
-    std::string TakeAsked() { return std::exchange(TheUser.Asked, {}).join(u'/').toStdString(); }
-    std::string Names() {
-        return (Window().Caption().section(u' ', 0, 0) + u' ' + Program().FileTitle())
-            .toStdString();
-    }
 };
 
 TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
@@ -56,7 +51,7 @@ TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
     EXPECT_EQ(Program().FileTitle().toStdString(), "näw file.tvq");
     EXPECT_TRUE(OpenBytes(image));
     EXPECT_TRUE(Program().Compilers()->Item(1)->Expanded());
-    EXPECT_EQ(TakeAsked(), "");
+    EXPECT_EQ(TheUser.Asked, QStringList());
 }
 
 TEST_F(DocumentTest, OldVersionsHaveTheirCompilersOnly) {
@@ -135,7 +130,8 @@ protected:
         EXPECT_TRUE(
             TheUser.Asked[1].startsWith(u"The file "_s + Path(name) + u" can't be opened: "_s));
         EXPECT_EQ(Content(), Former);
-        EXPECT_EQ(Names(), "good.tvq good.tvq");
+        EXPECT_TRUE(Window().Caption().startsWith(u"good.tvq - "_s));
+        EXPECT_EQ(Program().FileTitle(), u"good.tvq"_s);
     }
 
     QByteArray Former;

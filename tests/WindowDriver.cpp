@@ -153,12 +153,6 @@ std::vector<Sketch> WindowTest::SketchOnView(const QModelIndex& parent) {
     return sketches;
 }
 
-std::string WindowTest::Shown() {
-    QCoreApplication::processEvents();
-    const auto selected = static_cast<int>(Rows({}).indexOf(Tree()->currentIndex())) + 1;
-    return Outline(SketchOnView(), selected);
-}
-
 std::string WindowTest::Stored(int content) {
     return Outline(SketchOf(content == 1 ? Program().Compilers() : Program().Variables()));
 }
@@ -207,7 +201,8 @@ void WindowTest::ExpectTheWindowAgrees() {
 
 void WindowTest::Expect(const Case& expected) {
     ExpectTheWindowAgrees();
-    EXPECT_EQ(Shown(), expected.Tree);
+    const auto selected = static_cast<int>(Rows({}).indexOf(Tree()->currentIndex())) + 1;
+    EXPECT_EQ(Outline(SketchOnView(), selected), expected.Tree);
     EXPECT_EQ(Enabled(), expected.Enabled);
     EXPECT_EQ(Box()->text().toStdString(), expected.Box);
     EXPECT_TRUE(TheUser.Answers.empty() && TheUser.Files.empty()) << "an answer that nobody took";

@@ -24,7 +24,7 @@ std::string Outline(const std::vector<Sketch>& nodes, int selected = 0);
 
 /// How the program shows itself. A field that a case doesn't name is expected to be empty or False.
 struct Case {
-    std::string Tree = {};    ///< The tree on view, as WindowTest::Shown tells it.
+    std::string Tree = {};    ///< The outline of the tree on view.
     std::string Enabled = {}; ///< What can be used, as WindowTest::Enabled tells it.
     std::string Box = {};     ///< The text in the value box.
     bool Changed = false;     ///< The document can't be left without a question.
@@ -65,8 +65,6 @@ protected:
     /// Opens a document in the file document.tvq, told by outlines.
     void Open(const std::string& compilers, const std::string& variables = "FILE1(~)");
 
-    /// Reads the outline of the tree as the window shows it.
-    std::string Shown();
     /// Reads the outline of the collection @p content as the document has it.
     std::string Stored(int content);
     /// Reads which of New, Remove, Move, Value, Ok and Cancel are enabled.
