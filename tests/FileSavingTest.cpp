@@ -136,7 +136,8 @@ protected:
                 return ENOTSUP;
             }
             Calls += name + ' ';
-            const bool fails = --number == 0 || (number < 0 && lasting);
+            --number;
+            const bool fails = number == 0 || (number < 0 && lasting);
             Failed = fails && Failed.empty() ? name : Failed;
             return fails ? error : 0;
         });
@@ -170,7 +171,8 @@ protected:
             if (Failed.empty()) {
                 return;
             }
-            SCOPED_TRACE(place + ": " + Failed + " gives " + std::strerror(error) + ": " + told);
+            SCOPED_TRACE(testing::Message() << place << ": " << Failed << " gives "
+                                            << std::strerror(error) << ": " << told);
             EXPECT_TRUE(!told.empty() || error != EIO);
             if (told.find("can't be put back") != std::string::npos) {
                 EXPECT_TRUE(Leftover().isEmpty() || Bytes(Leftover()) == ToSave);

@@ -410,7 +410,7 @@ TEST_F(RandomActions, AgreeWithAPlainModel) {
     const unsigned sequences = setting("RIVENFALL_RANDOM_SEQUENCES", 10);
     const unsigned actions = setting("RIVENFALL_RANDOM_ACTIONS", 300);
     const unsigned seed = setting("RIVENFALL_RANDOM_SEED", std::random_device()());
-    std::cout << "RIVENFALL_RANDOM_SEED=" << seed << std::endl;
+    std::cout << "RIVENFALL_RANDOM_SEED=" << seed << '\n' << std::flush;
     for (unsigned sequence = 0; sequence < sequences && !HasFailure(); ++sequence) {
         StartOver(seed + sequence);
         ActAtRandom(actions / 2);

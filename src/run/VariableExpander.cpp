@@ -64,7 +64,7 @@ QString VariableExpander::Expand(const QString& Text) {
     }
     std::vector<bool>().swap(pblnVariableBusy);
 
-    const QString output = std::exchange(pstrOutput, {});
+    QString output = std::exchange(pstrOutput, {});
     if (pobjPlaces.empty() && output.size() <= LongestText) {
         plngKept += output.size();
         return output;
