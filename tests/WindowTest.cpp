@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QDragEnterEvent>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QTimer>
 #include <QUrl>
 
@@ -193,6 +194,29 @@ TEST_F(WindowTest, QuitDuringARunEndsWithTheRun) {
         EXPECT_TRUE(QFile::exists(Path("mark")));
         ExpectNoWindowIsLeft();
     }
+}
+
+TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
+    std::string outline = "a(p(v))";
+    for (int each = 0; each < 24; ++each) {
+        outline += ",a(p(v))";
+    }
+    Open(outline, "X");
+    Tree()->scrollTo(Row(30));
+    ClickRow(30);
+    const auto rebuildFrom = [this](int row) {
+        Tree()->verticalScrollBar()->setValue(row - 1);
+        Type("+");
+        Press(Qt::Key_Return, Box());
+        EXPECT_EQ(Tree()->currentIndex(), Row(30));
+    };
+    // The same row is at the top again, unless the selected one is out of view then.
+    for (const auto& [former, next] : {std::pair(25, 25), std::pair(18, 18), std::pair(51, 30)}) {
+        rebuildFrom(former);
+        EXPECT_EQ(Tree()->indexAt(QPoint(60, 2)), Row(next)) << former;
+    }
+    rebuildFrom(1);
+    EXPECT_TRUE(Tree()->viewport()->rect().contains(Tree()->visualRect(Row(30))));
 }
 
 } // namespace
