@@ -283,16 +283,23 @@ TEST_F(FileSavingTest, WhatIsNoOrdinaryFileStays) {
     EXPECT_EQ(Entries(), entries);
 }
 
-TEST_F(FileSavingTest, APipePutThereMeanwhileIsNotWaitedFor) {
-    Store("doc", 0644);
-    EXPECT_EQ(mkfifo(Path("pipe"), 0666), 0);
-    int openings = 0;
-    const FailingCalls swapping([&](const std::string& name) {
-        openings += name == "openat" ? 1 : 0;
-        return name == "openat" && openings == 2 ? rename(Path("pipe"), Path("doc")) : 0;
-    });
-    EXPECT_THROW(OpenOrdinary(AT_FDCWD, Path("doc"), O_RDONLY), FileError);
-    EXPECT_EQ(openings, 2);
+TEST_F(FileSavingTest, WhatIsOpenedIsWhatWasLookedAt) {
+    for (const mode_t kind : {mode_t{S_IFREG}, mode_t{S_IFIFO}}) {
+        Store("doc", 0644);
+        EXPECT_EQ(mknod(Path("other"), kind | 0666, 0), 0);
+        std::string calls;
+        const FailingCalls swapping([&](const std::string& name) {
+            calls += name + ' ';
+            return calls == "openat fstat openat " ? rename(Path("other"), Path("doc")) : 0;
+        });
+        const auto open = [this] { OpenOrdinary(AT_FDCWD, Path("doc"), O_RDONLY); };
+        if (kind == S_IFREG) {
+            open();
+        } else {
+            EXPECT_THROW(open(), FileError);
+        }
+        EXPECT_EQ(calls.find("openat fstat openat fstat openat fstat"), 0u);
+    }
 }
 
 TEST_F(FileSavingTest, NoLinkOfAnotherIsFollowedWhereAllMayWrite) {

@@ -12,6 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// How often a file that was exchanged for another one meanwhile is looked at anew.
+constexpr int MostLooks = 3;
+
 /// What @p call gives when no signal interrupts it.
 template <typename Call>
 auto Uninterrupted(const Call& call) {
@@ -99,12 +102,20 @@ void OpenFile::Sync() const {
 }
 
 OpenFile OpenOrdinary(int folder, const QByteArray& name, int flags) {
-    // To open a device may do something to it, so this looks first. What counts is what is open:
-    // another file may have got the name meanwhile, and a pipe would keep waiting.
-    RefuseUnlessOrdinary(OpenFile(folder, name, O_PATH | (flags & O_NOFOLLOW)).Status());
-    OpenFile file(folder, name, flags | O_NONBLOCK);
-    RefuseUnlessOrdinary(file.Status());
-    return file;
+    // To open a device may do something to it, so this looks first; a pipe that gets the name
+    // meanwhile would keep waiting. One honest change of the number is there: some overlays of two
+    // file systems copy a file when it is first opened for writing.
+    for (int look = 0; look < MostLooks; ++look) {
+        const OpenFile place(folder, name, O_PATH | (flags & O_NOFOLLOW));
+        const struct stat seen = place.Status();
+        RefuseUnlessOrdinary(seen);
+        OpenFile file(folder, name, flags | O_NONBLOCK);
+        const struct stat opened = file.Status();
+        if (opened.st_dev == seen.st_dev && opened.st_ino == seen.st_ino) {
+            return file;
+        }
+    }
+    throw FileError{u"other files keep taking its place"_s};
 }
 
 } // namespace rivenfall

@@ -40,8 +40,8 @@ private:
     int plngDescriptor;
 };
 
-/// Opens the ordinary file @p name for reading or saving, as above. Throws FileError for whatever
-/// else has that name, and never waits for it.
+/// Opens the ordinary file @p name for reading or saving, as above. What is opened is the file that
+/// was looked at. Throws FileError for whatever else has that name, and never waits for it.
 OpenFile OpenOrdinary(int folder, const QByteArray& name, int flags);
 
 } // namespace rivenfall
