@@ -88,11 +88,11 @@ TEST_F(RunnerSignalTest, AChildHasWhatTheProgramHas) {
 }
 
 TEST_F(RunnerSignalTest, ADocumentDoesNotSteerTheTerminal) {
-    const QString text = u"\x1B]0;t\a\n\u202E\u0085\u2066\u2067\u2068\u2069'\\n"_s;
+    const QString text = u"😀\x1B]0;t\a\n\u202E\u0085\u2066\u2067\u2068\u2069'\\n"_s;
     Document({Shell(u"echo >started; printf '\\033[1m'; printf %s \"$0\" >out"_s, {text}),
               {"no\x1B[2J"}});
     const std::string shown = Bash(AtTerminal("")).Ends(3);
-    EXPECT_NE(shown.find(R"( "\x1b]0;t\a\n\u202e\x85\u2066\u2067\u2068\u2069'\n")"),
+    EXPECT_NE(shown.find(R"( "😀\x1b]0;t\a\n\u202e\x85\u2066\u2067\u2068\u2069'\n")"),
               std::string::npos)
         << shown;
     EXPECT_NE(shown.find(R"(rivenfall-run: [2/2] no\x1b[2J: can't)"), std::string::npos);

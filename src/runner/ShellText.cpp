@@ -1,6 +1,7 @@
 #include "runner/ShellText.h"
 
 #include "runner/VisibleText.h"
+#include "support/DeceptiveText.h"
 
 #include <algorithm>
 
@@ -30,24 +31,13 @@ bool IsPlain(QChar character) {
            QStringView(u"%+,-./:@_").contains(character);
 }
 
-/// @p text as one word, in octal where a character could steer a terminal: all shells that know
-/// the notation end such an escape behind three digits.
-QString VisibleWord(const QString& text) {
-    QString word = u"$'"_s;
-    for (const QChar character : text) {
-        if (character == u'\\' || character == u'\'') {
-            word += u'\\';
-        }
-        const QString own(character);
-        if (VisibleText(own) == own) {
-            word += character;
-            continue;
-        }
-        for (const char byte : own.toUtf8()) {
-            word += u"\\%1"_s.arg(static_cast<uchar>(byte), 3, 8, QChar(u'0'));
-        }
+/// @p character in octal: all shells that know such escapes end them behind three digits.
+QString OctalOf(char32_t character) {
+    QString escapes;
+    for (const char byte : QString::fromUcs4(&character, 1).toUtf8()) {
+        escapes += u"\\%1"_s.arg(static_cast<uchar>(byte), 3, 8, QChar(u'0'));
     }
-    return word + u'\'';
+    return escapes;
 }
 
 /// @p text as one word of the shell.
@@ -56,7 +46,8 @@ QString Word(QString text, ShellNotation notation) {
         return text;
     }
     if (notation == ShellNotation::Visible && VisibleText(text) != text) {
-        return VisibleWord(text);
+        text.replace(u'\\', u"\\\\"_s).replace(u'\'', u"\\'"_s);
+        return u"$'"_s + MarkDeceptive(text, OctalOf) + u'\'';
     }
     return u'\'' + text.replace(u'\'', u"'\\''"_s) + u'\'';
 }
