@@ -15,7 +15,4 @@ enum class BehindFailure { GoOn, Stop };
 /// Doesn't return when a signal has told this program to end.
 bool CarryOut(const std::vector<Command>& commands, BehindFailure behind, Output& output);
 
-/// Writes the log of a document that has nothing to run to @p output.
-void ReportNothingToRun(Output& output);
-
 } // namespace rivenfall

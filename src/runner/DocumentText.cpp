@@ -2,7 +2,7 @@
 
 #include "data/DataNode.h"
 #include "document/DocumentFile.h"
-#include "runner/VisibleText.h"
+#include "runner/Output.h"
 
 namespace rivenfall {
 

@@ -42,7 +42,7 @@ std::optional<Options> Refuse(const QString& reason = {}) {
 
 } // namespace
 
-const char HelpText[] =
+const char* const HelpText =
     R"(Usage: rivenfall-run [OPTION]... DOCUMENT [NAME=VALUE]...
 Carry out the compilers of DOCUMENT that have a check mark, in order, and print
 the log.

@@ -50,6 +50,6 @@ struct Options {
 std::optional<Options> ReadOptions(int argc, char** argv);
 
 /// What --help prints.
-extern const char HelpText[];
+extern const char* const HelpText;
 
 } // namespace rivenfall

@@ -1,11 +1,13 @@
 #include "runner/Output.h"
 
-#include "runner/VisibleText.h"
+#include "run/LogFrame.h"
+#include "support/DeceptiveText.h"
 #include "system/ErrorReason.h"
 
 #include <cerrno>
 #include <poll.h>
 #include <unistd.h>
+#include <utility>
 
 namespace rivenfall {
 
@@ -30,6 +32,20 @@ int WriteAll(int descriptor, QByteArrayView bytes) {
     return 0;
 }
 
+QString EscapeOf(char32_t character) {
+    constexpr QStringView escaped = u"\a\b\t\n\v\f\r";
+    constexpr QStringView letters = u"abtnvfr";
+    if (const qsizetype position = escaped.indexOf(QChar::fromUcs4(character)); position >= 0) {
+        return u"\\"_s + letters[position];
+    }
+    const uint code = character;
+    if (code < 0x100) {
+        return u"\\x%1"_s.arg(code, 2, 16, QChar(u'0'));
+    }
+    return code < 0x10000 ? u"\\u%1"_s.arg(code, 4, 16, QChar(u'0'))
+                          : u"\\U%1"_s.arg(code, 8, 16, QChar(u'0'));
+}
+
 } // namespace
 
 Output::Output(bool quiet) : pblnQuiet(quiet), pblnTerminal(isatty(STDOUT_FILENO) == 1) {}
@@ -42,8 +58,20 @@ void Output::Write(QByteArrayView bytes) {
     }
 }
 
+void Output::WriteFrame(const QString& issue, const QString& result) {
+    if (!pblnQuiet) {
+        QString frame = LogFrame(pblnTerminal ? VisibleText(issue) : issue, result,
+                                 std::exchange(pblnFramed, true));
+        Write(frame.replace(u"\r\n"_s, u"\n"_s).toUtf8());
+    }
+}
+
 void Tell(const QString& message) {
     WriteAll(STDERR_FILENO, "rivenfall-run: " + VisibleText(message).toUtf8() + '\n');
+}
+
+QString VisibleText(const QString& text) {
+    return MarkDeceptive(text, EscapeOf);
 }
 
 } // namespace rivenfall

@@ -1,6 +1,6 @@
 #include "runner/ShellText.h"
 
-#include "runner/VisibleText.h"
+#include "runner/Output.h"
 #include "support/DeceptiveText.h"
 
 #include <algorithm>

@@ -52,13 +52,7 @@ Status CarryOutCommands(const std::vector<Command>& commands, const Options& opt
     const BehindFailure behind =
         options.Has(Option::StopOnError) ? BehindFailure::Stop : BehindFailure::GoOn;
     const bool success = CarryOut(commands, behind, output) || options.Has(Option::IgnoreErrors);
-    return success && !output.Failed() ? Status::Success : Status::Failure;
-}
-
-/// Writes @p text, which is all that was asked for.
-Status Print(const QByteArray& text, Output& output) {
-    output.Write(text);
-    return output.Failed() ? Status::Failure : Status::Success;
+    return success ? Status::Success : Status::Failure;
 }
 
 void TellUnresolved(const QStringList& names) {
@@ -67,16 +61,15 @@ void TellUnresolved(const QStringList& names) {
     }
 }
 
+/// Gives the status as far as @p output took all.
 Status UseDocument(const Options& options, Output& output) {
     DocumentContent content;
     if (!OpenDocument(options, content) || !ApplyChoices(options, content)) {
         return Status::WrongCall;
     }
-    if (options.Has(Option::Print)) {
-        return Print(DocumentText(content), output);
-    }
-    if (options.Has(Option::List)) {
-        return Print(DocumentList(content), output);
+    if (options.Has(Option::Print) || options.Has(Option::List)) {
+        output.Write(options.Has(Option::List) ? DocumentList(content) : DocumentText(content));
+        return Status::Success;
     }
     QStringList unresolved;
     const std::vector<Command> commands =
@@ -87,7 +80,7 @@ Status UseDocument(const Options& options, Output& output) {
     }
     if (commands.empty()) {
         if (!options.Has(Option::DryRun)) {
-            ReportNothingToRun(output);
+            output.WriteFrame(NothingToRunIssue.toString(), NothingToRunResult.toString());
         }
         Tell(NothingToRunIssue.toString() + u' ' + NothingToRunResult.toString());
         return Status::NothingToRun;
@@ -95,7 +88,7 @@ Status UseDocument(const Options& options, Output& output) {
     if (options.Has(Option::DryRun)) {
         PrintCommands(commands, output);
         TellUnresolved(unresolved);
-        return output.Failed() ? Status::Failure : Status::Success;
+        return Status::Success;
     }
     return CarryOutCommands(commands, options, output);
 }
@@ -106,13 +99,13 @@ Status Main(int argc, char** argv) {
         return Status::WrongCall;
     }
     Output output(options->Has(Option::Quiet));
-    if (options->Has(Option::Help)) {
-        return Print(HelpText, output);
+    Status status = Status::Success;
+    if (options->Has(Option::Help) || options->Has(Option::Version)) {
+        output.Write(options->Has(Option::Help) ? HelpText : VersionText);
+    } else {
+        status = UseDocument(*options, output);
     }
-    if (options->Has(Option::Version)) {
-        return Print(VersionText, output);
-    }
-    return UseDocument(*options, output);
+    return status == Status::Success && output.Failed() ? Status::Failure : status;
 }
 
 } // namespace
