@@ -55,8 +55,7 @@ void PrintCommands(const std::vector<Command>& commands, Output& output) {
         output.IsTerminal() ? ShellNotation::Visible : ShellNotation::Posix;
     QString lines;
     for (const Command& command : commands) {
-        lines += command.Directory ? ShellDirectoryChange(*command.Directory, notation)
-                                   : ShellCommand(command.Items, notation);
+        lines += ShellLine(command, notation);
     }
     output.Write(lines.toUtf8());
     Survey survey;

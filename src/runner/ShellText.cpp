@@ -1,5 +1,6 @@
 #include "runner/ShellText.h"
 
+#include "run/CommandAssembly.h"
 #include "runner/Output.h"
 #include "support/DeceptiveText.h"
 
@@ -52,48 +53,38 @@ QString Word(QString text, ShellNotation notation) {
     return u'\'' + text.replace(u'\'', u"'\\''"_s) + u'\'';
 }
 
-/// A line in the place of one that no text can express: it fails, as the start does.
-QString Failing(const QString& text) {
-    return u"false # "_s + VisibleText(text) + u'\n';
+QString DirectoryChangeLine(const QString& path, ShellNotation notation) {
+    // The shell drops a step to the parent together with the link before it, unless told.
+    QString line = path.split(u'/').contains(u".."_s) ? u"cd -P "_s : u"cd "_s;
+    // Without CDPATH, and without options.
+    const QString first = path.section(u'/', 0, 0);
+    const bool certain = path.startsWith(u'/') || first == u"." || first == u"..";
+    return line + Word(certain ? path : u"./"_s + path, notation);
 }
 
-bool HasParentStep(const QString& path) {
-    return path.split(u'/').contains(u".."_s);
+QString ProgramLine(const StringList& items, ShellNotation notation) {
+    QStringList words;
+    for (int index = 1; index <= items.Count(); ++index) {
+        words += Word(items.Item(index), notation);
+    }
+    const QString line = words.join(u' ');
+    // exec looks along PATH alone, never among the shell's own commands. (mksh alone finds its own
+    // there too.)
+    return (IsShellWord(items.Item(1)) ? u"(exec "_s + line + u')' : line) + u" </dev/null"_s;
 }
 
 } // namespace
 
-QString ShellCommand(const StringList& items, ShellNotation notation) {
-    QString line;
-    for (int index = 1; index <= items.Count(); ++index) {
-        const QString item = items.Item(index);
-        if (item.contains(QChar::Null)) {
-            return Failing(items.Text());
-        }
-        if (!line.isEmpty()) {
-            line += u' ';
-        }
-        line += Word(item, notation);
+QString ShellLine(const Command& command, ShellNotation notation) {
+    const QString text = command.Text();
+    // What no line can express fails, as the start does; and for an empty path a shell goes
+    // somewhere, a run doesn't.
+    if (text.contains(QChar::Null) || command.Directory == QString()) {
+        return u"false # "_s + VisibleText(text) + u'\n';
     }
-    // exec looks along PATH alone, never among the shell's own commands. (mksh alone finds its own
-    // there too.)
-    if (IsShellWord(items.Item(1))) {
-        line = u"(exec "_s + line + u')';
-    }
-    return line + u" </dev/null\n"_s;
-}
-
-QString ShellDirectoryChange(const QString& path, ShellNotation notation) {
-    // A shell goes somewhere for an empty path, a run stays where it is.
-    if (path.isEmpty() || path.contains(QChar::Null)) {
-        return Failing(u"cd "_s + path);
-    }
-    // The shell drops a step to the parent together with the link before it, unless told.
-    QString line = HasParentStep(path) ? u"cd -P "_s : u"cd "_s;
-    // Without CDPATH, and without options.
-    const QString first = path.section(u'/', 0, 0);
-    const bool certain = path.startsWith(u'/') || first == u"." || first == u"..";
-    return line + Word(certain ? path : u"./"_s + path, notation) + u'\n';
+    return (command.Directory ? DirectoryChangeLine(*command.Directory, notation)
+                              : ProgramLine(command.Items, notation)) +
+           u'\n';
 }
 
 } // namespace rivenfall

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "support/StringList.h"
+#include <QString>
 
 namespace rivenfall {
+
+struct Command;
 
 /// How a text is written that holds what could steer a terminal.
 enum class ShellNotation {
@@ -10,12 +12,9 @@ enum class ShellNotation {
     Visible, ///< As $'…' with escapes, which bash, zsh, ksh and busybox read as the same text.
 };
 
-/// A line for a POSIX shell that starts the first one of @p items with the others as arguments, as
-/// a run does: with exactly these texts, by a search along PATH alone. Its standard input is empty,
-/// since the shell's own may hold these very lines.
-QString ShellCommand(const StringList& items, ShellNotation notation);
-
-/// A line for a POSIX shell that changes to the directory @p path as a run does.
-QString ShellDirectoryChange(const QString& path, ShellNotation notation);
+/// A line for a POSIX shell that does what a run does for @p command: starts the program with
+/// exactly these arguments, by a search along PATH alone, or changes the directory. A program's
+/// standard input is empty, since the shell's own may hold these very lines.
+QString ShellLine(const Command& command, ShellNotation notation);
 
 } // namespace rivenfall
