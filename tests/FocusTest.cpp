@@ -30,6 +30,17 @@ TEST_F(FocusTest, GoesBackToTheValueBox) {
     Expect({.Tree = "*a+", .Enabled = "New Value", .Box = "a+", .Changed = true});
 }
 
+TEST_F(FocusTest, WhatIsTypedRightBehindALetterOfAButtonMeetsTheNewEntry) {
+    Open("a");
+    Press(Qt::ALT | Qt::Key_N, Box());
+    Type("+");
+    Click("Ok");
+    Expect({.Tree = "a,*a+(~(${FILE1}))",
+            .Enabled = "New Remove Move Value",
+            .Box = "a+",
+            .Changed = true});
+}
+
 TEST_F(FocusTest, WhatComesIntoTheBoxIsOneLine) {
     const auto pasteFromMenu = [this] {
         QContextMenuEvent event(QContextMenuEvent::Mouse, {5, 5}, Box()->mapToGlobal(QPoint(5, 5)));
