@@ -11,9 +11,13 @@ programs=$(realpath -- "${1:-$root/build/bin}")
 
 work=$(mktemp -d)
 started=()
+# The last one first: what is left without its screen may not come to an end.
 end_started() {
-    ((${#started[@]} == 0)) || kill "${started[@]}" 2>/dev/null || true
-    wait
+    local index
+    for ((index = ${#started[@]} - 1; index >= 0; --index)); do
+        kill "${started[index]}" 2>/dev/null || true
+        wait "${started[index]}" || true
+    done
     started=()
 }
 finish() {
@@ -35,6 +39,16 @@ start_screen() {
     started+=($!)
     read -r -t 30 number <"$work/number" || fail "the screen didn't start: $(<"$work/xvfb.log")"
     screen=(env -i PATH="$PATH" HOME="$work/home" LC_ALL=C.UTF-8 DISPLAY=":$number" XDG_RUNTIME_DIR="$work/run")
+}
+
+# Starts a bus of the screen's own.
+start_bus() {
+    local address
+    mkfifo "$work/run/address"
+    "${screen[@]}" dbus-daemon --session --nofork --print-address=3 3>"$work/run/address" 2>/dev/null &
+    started+=($!)
+    read -r -t 30 address <"$work/run/address" || fail "the bus didn't start"
+    screen+=(DBUS_SESSION_BUS_ADDRESS="$address")
 }
 
 # Repeats a command until it succeeds, for half a minute at most.
