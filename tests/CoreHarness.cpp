@@ -2,7 +2,6 @@
 
 #include "system/PropertyBag.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <algorithm>
@@ -113,10 +112,6 @@ QString Frame(const QString& issue, const QString& result) {
     const QString dashes(53, u'-');
     return u"# /"_s + dashes + u"\r\n# | "_s + issue + u"\r\n# | ["_s + result + u"]\r\n# \\"_s +
            dashes + u"\r\n"_s;
-}
-
-int OpenDescriptors() {
-    return static_cast<int>(QDir(u"/proc/self/fd"_s).entryList().size());
 }
 
 QString ProgramFolder() {

@@ -66,9 +66,6 @@ QByteArray BytesOf(const QString& path);
 /// The frame that the log has for one step.
 QString Frame(const QString& issue, const QString& result);
 
-/// The number of descriptors that this process has open.
-int OpenDescriptors();
-
 /// The folder of the programs that are tested.
 QString ProgramFolder();
 
