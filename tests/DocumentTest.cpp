@@ -31,6 +31,26 @@ protected:
     bool OpenBytes(const QByteArray& bytes) {
         return Program().FileOpen(StoreBytes(Path(u"other.tvq"_s), bytes));
     }
+
+    /// A changed document isn't given up for the file @p name.
+    void ExpectRefused(const QString& name) {
+        // The one of before is given up.
+        TheUser.Answers = {MessageBoxAnswer::No};
+        EXPECT_TRUE(Program().FileOpen(
+            StoreBytes(Path(u"good.tvq"_s), DocumentImage(SomeCompilers, SomeVariables))));
+        Program().NodeMove(true);
+        const QByteArray former = Content();
+        TheUser.Asked.clear();
+        TheUser.Answers = {MessageBoxAnswer::No};
+        EXPECT_FALSE(Program().FileOpen(Path(name)));
+        ASSERT_EQ(TheUser.Asked.size(), 2) << name.toStdString();
+        EXPECT_TRUE(TheUser.Asked[0].startsWith(u"The file was changed."));
+        EXPECT_TRUE(
+            TheUser.Asked[1].startsWith(u"The file "_s + Path(name) + u" can't be opened: "_s));
+        EXPECT_EQ(Content(), former);
+        EXPECT_TRUE(Window().Caption().startsWith(u"good.tvq - "_s));
+        EXPECT_EQ(Program().FileTitle(), u"good.tvq"_s);
+    }
 };
 
 TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
@@ -108,40 +128,9 @@ std::vector<QByteArray> BrokenDocuments() {
     };
 }
 
-/// A changed document, and files in whose favour it isn't given up.
-class RefusedDocumentTest : public DocumentTest {
-protected:
-    RefusedDocumentTest() { OpenGoodDocument(); }
-
-    void OpenGoodDocument() {
-        const QString path =
-            StoreBytes(Path(u"good.tvq"_s), DocumentImage(SomeCompilers, SomeVariables));
-        EXPECT_TRUE(Program().FileOpen(path));
-        Program().NodeMove(true);
-        Former = Content();
-    }
-
-    void ExpectRefused(const QString& name) {
-        TheUser.Asked.clear();
-        TheUser.Answers = {MessageBoxAnswer::No};
-        EXPECT_FALSE(Program().FileOpen(Path(name)));
-        ASSERT_EQ(TheUser.Asked.size(), 2) << name.toStdString();
-        EXPECT_TRUE(TheUser.Asked[0].startsWith(u"The file was changed."));
-        EXPECT_TRUE(
-            TheUser.Asked[1].startsWith(u"The file "_s + Path(name) + u" can't be opened: "_s));
-        EXPECT_EQ(Content(), Former);
-        EXPECT_TRUE(Window().Caption().startsWith(u"good.tvq - "_s));
-        EXPECT_EQ(Program().FileTitle(), u"good.tvq"_s);
-    }
-
-    QByteArray Former;
-};
-
-TEST_F(RefusedDocumentTest, ABrokenDocumentChangesNothing) {
+TEST_F(DocumentTest, ABrokenDocumentChangesNothing) {
     // One of the same make that isn't broken.
-    TheUser.Answers = {MessageBoxAnswer::No};
     ASSERT_TRUE(OpenBytes(WithNode(Bag({{"Value", u""_s}, {"Childs", NoNodes}}))));
-    OpenGoodDocument();
     for (const QByteArray& bytes : BrokenDocuments()) {
         SCOPED_TRACE(bytes.left(99).toHex().toStdString());
         StoreBytes(Path(u"other.tvq"_s), bytes);
@@ -149,11 +138,11 @@ TEST_F(RefusedDocumentTest, ABrokenDocumentChangesNothing) {
     }
 }
 
-TEST_F(RefusedDocumentTest, WhatIsNoDocumentFileChangesNothing) {
+TEST_F(DocumentTest, WhatIsNoDocumentFileChangesNothing) {
     QDir(Folder.path()).mkdir(u"folder"_s);
     ASSERT_EQ(mkfifo(Path(u"pipe.tvq"_s).toUtf8().constData(), 0600), 0);
     QFile(StoreBytes(Path(u"huge"_s), "\xA0")).resize(1LL << 32);
-    for (const char* name : {"folder", "pipe", "huge", "none", "none/x", "good.tvq/x"}) {
+    for (const char* name : {"folder", "pipe.tvq", "huge", "none", "none/x", "good.tvq/x"}) {
         ExpectRefused(QLatin1StringView(name));
     }
 }
