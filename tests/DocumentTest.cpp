@@ -11,7 +11,8 @@ using namespace rivenfall;
 
 namespace {
 
-const std::vector<Sketch> SomeCompilers = Sketches("cc(-o(a,!b),!-g),!ld");
+// Alternatives that are on together stay so, and a byte order mark is a character.
+const std::vector<Sketch> SomeCompilers = Sketches("cc(-o(a,!b,c),!-g),!\uFEFFld");
 const std::vector<Sketch> SomeVariables = Sketches("FILE1(x,y),!~");
 
 /// A bag of the entries @p entries.
