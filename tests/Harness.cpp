@@ -10,31 +10,18 @@
 namespace rivenfall {
 
 User::User() {
-    Former = SetMessageBoxHandler(
-        [this](const QString& text, MessageBoxStyle style, const QString& title) {
-            Asked += u"%1|%2|%3"_s.arg(text).arg(static_cast<int>(style)).arg(title);
-            if (Answers.empty()) {
-                return style == MessageBoxStyle::YesNoCancel ? MessageBoxAnswer::Cancel
-                       : style == MessageBoxStyle::YesNo     ? MessageBoxAnswer::No
-                                                             : MessageBoxAnswer::Ok;
-            }
-            const MessageBoxAnswer answer = Answers.front();
-            Answers.pop_front();
-            return answer;
-        });
+    SetMessageBoxHandler([this](const QString& text, MessageBoxStyle style, const QString& title) {
+        Asked += u"%1|%2|%3"_s.arg(text).arg(static_cast<int>(style)).arg(title);
+        return Answers.isEmpty() ? MessageBoxAnswer::Cancel : Answers.takeFirst();
+    });
     SetFileDialogHandler([this](const QString& title, const QString&) {
         Dialogs += title;
-        if (Files.empty()) {
-            return QString();
-        }
-        QString file = Files.front();
-        Files.pop_front();
-        return file;
+        return Files.isEmpty() ? QString() : Files.takeFirst();
     });
 }
 
 User::~User() {
-    SetMessageBoxHandler(Former);
+    SetMessageBoxHandler({});
     SetFileDialogHandler({});
 }
 
@@ -42,33 +29,17 @@ ProgramTest::ProgramTest() : FormerDirectory(QDir::currentPath()) {
     SetGlobalApplication(std::make_shared<Application>());
 }
 
-void ProgramTest::StartAnew() {
-    TakeDown();
-    SetGlobalApplication(std::make_shared<Application>());
-}
-
 ProgramTest::~ProgramTest() {
-    TakeDown();
-    QDir::setCurrent(FormerDirectory);
-}
-
-void ProgramTest::TakeDown() {
     SetGlobalApplication(nullptr);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     // The program has ended its event loop. A loop takes that, or the next dialog would end at
     // once.
     QTimer::singleShot(0, [] { QCoreApplication::exit(); });
     QCoreApplication::exec();
+    QDir::setCurrent(FormerDirectory);
 }
 
 } // namespace rivenfall
-
-/// That windows can't be raised where there is no screen is no news.
-static void ReportFaultsOnly(QtMsgType type, const QMessageLogContext&, const QString& message) {
-    if (type == QtCriticalMsg || type == QtFatalMsg) {
-        std::fprintf(stderr, "%s\n", qPrintable(message));
-    }
-}
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
@@ -76,7 +47,8 @@ int main(int argc, char** argv) {
     // permission".
     qputenv("PATH", "/usr/local/bin:/usr/bin:/bin");
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // That windows can't be raised where there is no screen is no news.
+    qputenv("QT_LOGGING_RULES", "*.warning=false;*.info=false");
     rivenfall::App app(argc, argv);
-    qInstallMessageHandler(ReportFaultsOnly);
     return RUN_ALL_TESTS();
 }

@@ -12,8 +12,6 @@
 #include <QElapsedTimer>
 #include <QTest>
 
-#include <deque>
-
 namespace rivenfall {
 
 /// What the program asked its user, and what the user will answer.
@@ -26,15 +24,12 @@ struct User {
 
     /// Each message box: its text, style and title, joined by "|".
     QStringList Asked;
-    /// The answers to the next message boxes; OK, Cancel or No where there is none left.
-    std::deque<MessageBoxAnswer> Answers;
+    /// The answers to the next message boxes; Cancel where there is none left.
+    QList<MessageBoxAnswer> Answers;
     /// The paths that the next file dialogs give; cancelled where there is none left.
-    std::deque<QString> Files;
+    QStringList Files;
     /// The caption of each file dialog.
     QStringList Dialogs;
-
-private:
-    MessageBoxHandler Former;
 };
 
 /// A test with a running program: the Application with its windows, on no screen.
@@ -53,15 +48,10 @@ protected:
     QString Path(const QString& name) const { return Folder.filePath(name); }
     QString Path(const char* name) const { return Path(QString::fromUtf8(name)); }
 
-    /// Takes the program down, whatever stands in its document, and starts another.
-    void StartAnew();
-
     User TheUser;
     QTemporaryDir Folder;
 
 private:
-    void TakeDown();
-
     QString FormerDirectory;
 };
 

@@ -157,43 +157,33 @@ TEST_F(WindowTest, AnEmptyTreeLeavesNothingToEdit) {
 }
 
 TEST_F(WindowTest, QuitDuringARunEndsWithTheRun) {
-    const std::function<void()> ways[] = {
-        [this] { Close(); },
-        [this] {
-            Click("New");
-            Answer(Cancel);
-            Menu("File", "Exit");
-            Answer(No);
-            Menu("File", "Exit");
-            EXPECT_EQ(TheUser.Asked.size(), 2);
-        },
-    };
-    for (const auto& leave : ways) {
-        StartAnew();
-        QFile::remove(Path("mark"));
-        Open("sleep(0.5),touch(" + Path("mark").toStdString() + ")");
-        const std::weak_ptr<Application> program = GlobalApplication();
-        QTimer::singleShot(50, qApp, [&, &form = Window()] {
-            leave();
-            EXPECT_EQ(GlobalApplication(), nullptr);
-            ASSERT_FALSE(program.expired());
-            // The window stays, whatever is clicked, but nothing answers any more.
-            form.Window()->close();
-            EXPECT_TRUE(form.Visible());
-            for (const QWidget* widget : form.Window()->findChildren<QWidget*>()) {
-                EXPECT_FALSE(widget->isEnabled());
-            }
-            for (const QAction* entry : form.Window()->menuBar()->findChildren<QAction*>()) {
-                EXPECT_FALSE(entry->isEnabled());
-            }
-            EXPECT_TRUE(program.lock()->Execution()->Running());
-            program.lock()->Execution()->Log().Widget()->window()->close();
-        });
-        Menu("File", "Run");
-        EXPECT_TRUE(program.expired());
-        EXPECT_TRUE(QFile::exists(Path("mark")));
-        ExpectNoWindowIsLeft();
-    }
+    Open("sleep(0.5),touch(" + Path("mark").toStdString() + ")");
+    const std::weak_ptr<Application> program = GlobalApplication();
+    QTimer::singleShot(50, qApp, [&, &form = Window()] {
+        Click("New");
+        Answer(Cancel);
+        Menu("File", "Exit");
+        Answer(No);
+        Close();
+        EXPECT_EQ(TheUser.Asked.size(), 2);
+        EXPECT_EQ(GlobalApplication(), nullptr);
+        ASSERT_FALSE(program.expired());
+        // The window stays, whatever is clicked, but nothing answers any more.
+        form.Window()->close();
+        EXPECT_TRUE(form.Visible());
+        for (const QWidget* widget : form.Window()->findChildren<QWidget*>()) {
+            EXPECT_FALSE(widget->isEnabled());
+        }
+        for (const QAction* entry : form.Window()->menuBar()->findChildren<QAction*>()) {
+            EXPECT_FALSE(entry->isEnabled());
+        }
+        EXPECT_TRUE(program.lock()->Execution()->Running());
+        program.lock()->Execution()->Log().Widget()->window()->close();
+    });
+    Menu("File", "Run");
+    EXPECT_TRUE(program.expired());
+    EXPECT_TRUE(QFile::exists(Path("mark")));
+    ExpectNoWindowIsLeft();
 }
 
 TEST_F(WindowTest, RebuildsKeepTheRowsInPlace) {
