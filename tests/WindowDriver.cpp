@@ -52,13 +52,17 @@ std::string Outline(const std::vector<Sketch>& nodes, int selected) {
     return Write(nodes, selected).toStdString();
 }
 
-void WindowTest::Click(const char* control) {
+QWidget* WindowTest::Named(const char* control) {
     for (QWidget* widget : Window().Client()->findChildren<QWidget*>()) {
         if (widget->accessibleName() == QLatin1StringView(control)) {
-            return QTest::mouseClick(widget, Qt::LeftButton);
+            return widget;
         }
     }
     throw std::invalid_argument(control);
+}
+
+void WindowTest::Click(const char* control) {
+    QTest::mouseClick(Named(control), Qt::LeftButton);
 }
 
 void WindowTest::Menu(const char* menu, const char* entry) {
@@ -158,15 +162,10 @@ std::string WindowTest::Stored(int content) {
 }
 
 std::string WindowTest::Enabled() {
-    frmMain& form = Window();
-    const std::pair<QString, const Control*> controls[] = {
-        {u"New"_s, &form.cmdNew},   {u"Remove"_s, &form.cmdRemove},
-        {u"Move"_s, &form.udnMove}, {u"Value"_s, &form.txtValue},
-        {u"Ok"_s, &form.cmdOK},     {u"Cancel"_s, &form.cmdCancel}};
     QStringList enabled;
-    for (const auto& [name, control] : controls) {
-        if (control->Enabled()) {
-            enabled += name;
+    for (const char* control : {"New", "Remove", "Move", "Value", "Ok", "Cancel"}) {
+        if (Named(control)->isEnabled()) {
+            enabled += QString::fromLatin1(control);
         }
     }
     return enabled.join(u' ').toStdString();

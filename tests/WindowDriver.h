@@ -82,6 +82,7 @@ protected:
     void Expect(const Case& expected);
 
 private:
+    QWidget* Named(const char* control);
     void ClickRow(int position, int right);
     QModelIndexList Rows(const QModelIndex& parent);
     std::vector<Sketch> SketchOnView(const QModelIndex& parent = {});

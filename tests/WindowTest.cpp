@@ -91,13 +91,10 @@ TEST_F(WindowTest, WhatIsDroppedIsTypedAtTheSelection) {
         EXPECT_TRUE(Drop(Box(), data, Qt::CopyAction | Qt::MoveAction)) << each.Box;
         Expect({.Tree = "*abc,d", .Enabled = "New Remove Move Value Ok Cancel", .Box = each.Box});
     }
-}
-
-TEST_F(WindowTest, ADropIsRefusedWhereItCantBeCopiedAsText) {
+    // What can't be copied as a text is refused.
     QMimeData text, picture;
     text.setText(u"T"_s);
     picture.setData(u"image/png"_s, "T");
-    Open("abc,d");
     EXPECT_FALSE(Drop(Box(), text, Qt::MoveAction));
     EXPECT_FALSE(Drop(Box(), picture, Qt::CopyAction));
     Open("", "X");
