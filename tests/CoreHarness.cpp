@@ -3,61 +3,29 @@
 #include "system/PropertyBag.h"
 
 #include <QFile>
-
-#include <algorithm>
+#include <QRegularExpression>
 
 namespace rivenfall {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// Takes @p sign from the front of @p outline if it stands there.
-bool Take(QStringView& outline, QChar sign) {
-    const bool there = outline.startsWith(sign);
-    outline = outline.sliced(there ? 1 : 0);
-    return there;
-}
-
-std::vector<Sketch> TakeLevel(QStringView& outline);
-
-/// Takes one node, with what is below it, from the front of @p outline.
-Sketch TakeNode(QStringView& outline) {
-    const bool off = Take(outline, u'!');
-    const auto end = std::find_if(outline.begin(), outline.end(),
-                                  [](QChar each) { return QStringView(u"(),").contains(each); });
-    const QString value = outline.first(end - outline.begin()).toString();
-    outline = outline.sliced(value.size());
-    EXPECT_NE(value, QString()) << "in an outline \"~\" stands for an empty value";
-    Sketch node(value == u"~" ? QString() : value);
-    node.Active = !off;
-    if (Take(outline, u'(')) {
-        node.Below = TakeLevel(outline);
-        EXPECT_TRUE(Take(outline, u')')) << "the outline lacks a closing bracket";
-    }
-    return node;
-}
-
-/// Takes a node and its siblings from the front of @p outline.
-std::vector<Sketch> TakeLevel(QStringView& outline) {
-    std::vector<Sketch> nodes;
-    do {
-        nodes.push_back(TakeNode(outline));
-    } while (Take(outline, u','));
-    return nodes;
-}
-
-} // namespace
-
 std::vector<Sketch> Sketches(const char* outline) {
-    const QString text = QString::fromUtf8(outline);
-    QStringView rest = text;
-    std::vector<Sketch> nodes;
-    if (!rest.isEmpty()) {
-        nodes = TakeLevel(rest);
+    static const QRegularExpression parts(u"(!?)([^(),]+)|[()]"_s);
+    Sketch root("");
+    std::vector<Sketch*> open = {&root};
+    for (const auto& part : parts.globalMatch(QString::fromUtf8(outline))) {
+        if (part.captured() == u"(") {
+            open.push_back(&open.back()->Below.back());
+        } else if (part.captured() == u")") {
+            open.pop_back();
+        } else {
+            const QString value = part.captured(2);
+            open.back()->Below.emplace_back(value == u"~" ? QString() : value);
+            open.back()->Below.back().Active = part.captured(1).isEmpty();
+        }
     }
-    EXPECT_EQ(rest.toString(), QString()) << "the outline goes on behind its last node";
-    return nodes;
+    EXPECT_EQ(open.size(), 1u) << outline;
+    return root.Below;
 }
 
 QByteArray CollectionImage(const std::vector<Sketch>& nodes, int levels) {
@@ -112,10 +80,6 @@ QString Frame(const QString& issue, const QString& result) {
     const QString dashes(53, u'-');
     return u"# /"_s + dashes + u"\r\n# | "_s + issue + u"\r\n# | ["_s + result + u"]\r\n# \\"_s +
            dashes + u"\r\n"_s;
-}
-
-QString ProgramFolder() {
-    return QString::fromUtf8(RIVENFALL_PROGRAMS);
 }
 
 } // namespace rivenfall

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <ostream>
 #include <vector>
 
@@ -17,16 +16,6 @@ inline void PrintTo(const QString& text, std::ostream* stream) {
 namespace rivenfall {
 
 using namespace Qt::StringLiterals;
-
-/// Lets this process wait for its children while it lives; the program has them go unasked.
-struct AwaitedChildren {
-    AwaitedChildren() {
-        sigaction(SIGCHLD, nullptr, &Former);
-        std::signal(SIGCHLD, SIG_DFL);
-    }
-    ~AwaitedChildren() { sigaction(SIGCHLD, &Former, nullptr); }
-    struct sigaction Former;
-};
 
 /// A node of a document that is to be written: its value, what is below it, and whether it is
 /// active. A list of texts is a list of active nodes with nothing below them.
@@ -42,8 +31,7 @@ struct Sketch {
 };
 
 /// The nodes that an outline tells: nodes with commas between them, what is below a node in round
-/// brackets, "!" before a node that is switched off, "~" for an empty value. A malformed outline
-/// fails the test.
+/// brackets, "!" before a node that is switched off, "~" for an empty value.
 std::vector<Sketch> Sketches(const char* outline);
 
 /// The bytes of a collection whose nodes have @p levels levels below them.
@@ -65,8 +53,5 @@ QByteArray BytesOf(const QString& path);
 
 /// The frame that the log has for one step.
 QString Frame(const QString& issue, const QString& result);
-
-/// The folder of the programs that are tested.
-QString ProgramFolder();
 
 } // namespace rivenfall

@@ -1,27 +1,19 @@
 #include <QApplication>
-#include <QMenuBar>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
-
-/// The main window, once it is there.
-static QWidget* WindowWithMenu() {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        const auto* bar = window->findChild<QMenuBar*>();
-        if (bar && !bar->actions().empty() && window->isVisible()) {
-            return window;
-        }
-    }
-    return nullptr;
-}
 
 /// Loaded into the real program, presses the keys that the environment's RIVENFALL_KEYS names, one
 /// after the other. "Wait" lets half a second pass.
 static void PressKeys() {
     auto* clock = new QTimer(qApp);
     QStringList keys = qEnvironmentVariable("RIVENFALL_KEYS").split(u',');
-    QObject::connect(clock, &QTimer::timeout, qApp, [clock, keys]() mutable {
+    QPointer<QWidget> window;
+    QObject::connect(clock, &QTimer::timeout, qApp, [clock, keys, window]() mutable {
+        // The first one is the main window.
+        window = window ? window.data() : QApplication::activeWindow();
         QWidget* popup = QApplication::activePopupWidget();
-        QWidget* in = popup ? popup : WindowWithMenu();
+        QWidget* in = popup ? popup : window.data();
         if (!in || keys.isEmpty()) {
             return;
         }

@@ -5,11 +5,22 @@
 #include <QDir>
 #include <QProcess>
 
+#include <csignal>
 #include <cstdlib>
 
 using namespace rivenfall;
 
 namespace {
+
+/// Lets this process wait for its children while it lives; the program has them go unasked.
+struct AwaitedChildren {
+    AwaitedChildren() {
+        sigaction(SIGCHLD, nullptr, &Former);
+        std::signal(SIGCHLD, SIG_DFL);
+    }
+    ~AwaitedChildren() { sigaction(SIGCHLD, &Former, nullptr); }
+    struct sigaction Former;
+};
 
 /// A test that starts the real program in a folder of its own, without a display.
 class StartTest : public testing::Test {
@@ -24,7 +35,7 @@ protected:
 
     /// Starts the program, which ends by itself, and gives its status with what it printed.
     std::string Run(const QStringList& arguments) {
-        Process.start(ProgramFolder() + u"/rivenfall"_s, arguments);
+        Process.start(QString::fromUtf8(RIVENFALL_PROGRAMS "/rivenfall"), arguments);
         EXPECT_TRUE(Process.waitForFinished(20000));
         return std::to_string(Process.exitCode()) + '|' +
                Process.readAllStandardOutput().toStdString() + '|' +

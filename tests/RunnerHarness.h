@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 
+#include <csignal>
 #include <unistd.h>
 
 namespace rivenfall {
@@ -56,15 +57,10 @@ public:
         const bool ended = process.exitStatus() == QProcess::NormalExit;
         const QByteArray output = process.readAllStandardOutput();
         const QByteArray error = process.readAllStandardError();
-        EXPECT_TRUE(process.exitCode() + (ended ? 0 : 128) == status && Fits(output, Output) &&
-                    Fits(error, Error))
-            << Arguments.join(u' ').toStdString() << "\nended with " << process.exitCode()
-            << ", printed\n"
-            << output.constData() << "\nand told\n"
-            << error.constData() << '\n'
-            << "in place of " << status << ",\n"
-            << Output << "\nand\n"
-            << Error;
+        SCOPED_TRACE(Arguments.join(u' ').toStdString());
+        EXPECT_EQ(process.exitCode() + (ended ? 0 : 128), status);
+        EXPECT_TRUE(Fits(output, Output)) << output.constData() << "\n-- in place of\n" << Output;
+        EXPECT_TRUE(Fits(error, Error)) << error.constData() << "\n-- in place of\n" << Error;
         return output.toStdString();
     }
 
@@ -88,17 +84,16 @@ private:
     }
 };
 
-/// A test of the program without a screen, in a folder and with a home of its own. Scripts find the
-/// program as $RUN.
+/// A test of the program without a screen, in a folder of its own. Scripts find the program as
+/// $RUN.
 class RunnerTest : public testing::Test {
 protected:
     RunnerTest() {
         QDir(Folder.path()).mkdir(u"home"_s);
-        for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME",
-                                 "XDG_STATE_HOME", "XDG_RUNTIME_DIR"}) {
-            Environment.insert(QLatin1StringView(name), Path("home"));
-        }
-        Environment.insert(u"RUN"_s, ProgramFolder() + u"/rivenfall-run"_s);
+        // A folder in the tester's own that may not be read would turn "no such program" into "no
+        // permission".
+        Environment.insert(u"PATH"_s, u"/usr/local/bin:/usr/bin:/bin"_s);
+        Environment.insert(u"RUN"_s, Program);
     }
 
     QString Path(const char* name) { return Folder.filePath(QString::fromUtf8(name)); }
@@ -112,8 +107,7 @@ protected:
 
     /// The program with @p options, parted by blanks.
     Call Run(const char* options = "") {
-        return {Environment.value(u"RUN"_s),
-                QString::fromUtf8(options).split(u' ', Qt::SkipEmptyParts), Folder.path(),
+        return {Program, QString::fromUtf8(options).split(u' ', Qt::SkipEmptyParts), Folder.path(),
                 Environment};
     }
     /// bash, which carries out @p script.
@@ -125,9 +119,9 @@ protected:
         return Frame(issue, QLatin1StringView(result)).remove(u'\r').toStdString();
     }
 
+    const QString Program = QString::fromUtf8(RIVENFALL_PROGRAMS "/rivenfall-run");
     QTemporaryDir Folder;
     QProcessEnvironment Environment = QProcessEnvironment::systemEnvironment();
-    const AwaitedChildren Children;
 };
 
 } // namespace rivenfall
