@@ -15,7 +15,7 @@ TEST_F(RunnerTest, TheStatusTellsWhyNothingWasDone) {
         {"none.tvq", 2, "The file none.tvq can't be opened: No such file or directory."},
         {"broken.tvq", 2, "The file broken.tvq can't be opened: the data ends too early."},
         {"-- --help", 2, "The file --help can't be opened: No such file or directory."},
-        {"../off.tvq -C home -n", 1, "No compilers to run! Please select some..."},
+        {"-C home -C ../home ../off.tvq -n", 1, "No compilers to run! Please select some..."},
         {"-C nowhere off.tvq", 2,
          "The directory nowhere can't be changed to: No such file or directory."},
         {"off.tvq EMPTY", 2, "The argument EMPTY isn't of the form NAME=VALUE."},
