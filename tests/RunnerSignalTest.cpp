@@ -19,8 +19,9 @@ Sketch Hearing() {
 /// Works a call with @p options at a terminal: the keys are typed as soon as there is a file
 /// `started`.
 std::string AtTerminal(const char* keys, const std::string& options = "doc.tvq") {
-    return std::string("(until [ -e started ]; do sleep 0.01; done; sleep 0.2; printf '") + keys +
-           "'; sleep 1) | script -qec '$RUN " + options + "' /dev/null";
+    return std::string("(timeout 20 sh -c 'until [ -e started ]; do sleep 0.01; done'; sleep 0.2; "
+                       "printf '") +
+           keys + "'; sleep 1) | script -qec '$RUN " + options + "' /dev/null";
 }
 
 TEST_F(RunnerSignalTest, TheChildHearsOnceAndEndsFirst) {
