@@ -10,8 +10,6 @@ using namespace rivenfall;
 
 namespace {
 
-// What a text becomes is left to fuzz/, which has an oracle for it.
-
 /// The variables that refer to each other as @p values tell, by the names v0, v1 and so on.
 std::unique_ptr<DataNodes> Numbered(const QStringList& values) {
     auto root = std::make_unique<DataNodes>();

@@ -42,6 +42,38 @@ TEST_F(RunnerDryRunTest, PrintsLinesForAShellAndStartsNothing) {
     EXPECT_FALSE(Exists("started"));
 }
 
+TEST_F(RunnerDryRunTest, ReferencesBecomeValues) {
+    // Texts, and what becomes of each as a word of the shell.
+    const std::pair<const char*, const char*> cases[] = {
+        // What is no reference stays.
+        {"$A}", "'$A}'"},
+        {"${A}-${B", "'x-${B'"},
+        {"$${A}", "'$x'"},
+        // A name has letters of either case, and ends at the first bracket.
+        {"${жУК𐐀}${ss}", "beetle"},
+        {"${ A }", "''"},
+        {"${A${B}}", "'}'"},
+        {"${X]}${}", "bracket0"},
+        // References in values stop where they come back to themselves, and make up no new ones.
+        {"${F}${G}${H}", "acdbcabdhh"},
+        {"${P}{A}${Open}}", "'${A}${A}'"},
+        // Variables and values that are switched off don't count.
+        {"${C}${D}${E}${M}${N}", "d2m2"}};
+    std::vector<Sketch> texts;
+    std::string line = "(exec echo";
+    for (const auto& [text, word] : cases) {
+        texts.emplace_back(text);
+        line += std::string(" ") + word;
+    }
+    Run("-n")
+        .Of({{"echo", texts}},
+            "A(x),!C(c1),D(!d1,d2,d3),E(!e1),F(a${G}b),G(c${F}d),H(h${H}h),!M(m1),M(m2),N(!n1),"
+            "N(n2),P($),Жук𐐨(beetle),ß(sharp),Open(${A),x](bracket),~(0)")
+        .Prints(line + ") </dev/null\n")
+        .Tells("…")
+        .Ends(0);
+}
+
 TEST_F(RunnerDryRunTest, AShellDoesWhatTheRunDoes) {
     // Programs that tell how they were called; a shell has something of its own for some names.
     QDir(Folder.path()).mkdir(u"bin"_s);
