@@ -33,6 +33,8 @@ TEST_F(FocusTest, GoesBackToTheValueBox) {
 TEST_F(FocusTest, WhatIsTypedRightBehindALetterOfAButtonMeetsTheNewEntry) {
     Open("a");
     Press(Qt::ALT | Qt::Key_N, Box());
+    // The key is held down.
+    QTest::simulateEvent(Box(), true, Qt::Key_N, Qt::AltModifier, {}, true);
     Type("+");
     Click("Ok");
     Expect({.Tree = "a,*a+(~(${FILE1}))",

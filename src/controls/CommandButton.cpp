@@ -1,14 +1,14 @@
 #include "controls/CommandButton.h"
 
-#include <QEvent>
 #include <QPushButton>
+#include <QShortcutEvent>
 
 namespace rivenfall {
 
 namespace {
 
-/// Is pressed by its letter at once. Qt's button waits a tenth of a second, and what is typed
-/// meanwhile would still go where it went before.
+/// Is pressed by its letter at once, and once however long the key is held. Qt's button waits a
+/// tenth of a second, and what is typed meanwhile would still go where it went before.
 class Button : public QPushButton {
 public:
     using QPushButton::QPushButton;
@@ -18,6 +18,7 @@ protected:
         if (event->type() != QEvent::Shortcut) {
             return QPushButton::event(event);
         }
+        setShortcutAutoRepeat(static_cast<QShortcutEvent*>(event)->shortcutId(), false);
         click();
         return true;
     }
