@@ -14,8 +14,8 @@ MessageBoxAnswer MessageBox(const QString& text, MessageBoxStyle style, const QS
     return CurrentHandler(text, style, title);
 }
 
-MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler) {
-    return std::exchange(CurrentHandler, std::move(handler));
+void SetMessageBoxHandler(MessageBoxHandler handler) {
+    CurrentHandler = std::move(handler);
 }
 
 } // namespace rivenfall

@@ -27,8 +27,8 @@ MessageBoxAnswer MessageBox(const QString& text, MessageBoxStyle style, const QS
 using MessageBoxHandler = std::function<MessageBoxAnswer(const QString& text, MessageBoxStyle style,
                                                          const QString& title)>;
 
-/// Has @p handler show every message box from here on, and gives the one that did so before. The
-/// desktop sets one at its start, and tests another; the runner's way leads past every message box.
-MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler);
+/// Has @p handler show every message box from here on. The desktop sets one at its start, and tests
+/// another; the runner's way leads past every message box.
+void SetMessageBoxHandler(MessageBoxHandler handler);
 
 } // namespace rivenfall
