@@ -12,14 +12,13 @@ using namespace rivenfall;
 
 namespace {
 
-/// Lets this process wait for its children while it lives; the program has them go unasked.
+/// Lets this process wait for its children while it lives; the program has them go unasked. What
+/// Qt has set up to hear of them, which it does only once, is there again for the next one.
 struct AwaitedChildren {
-    AwaitedChildren() {
-        sigaction(SIGCHLD, nullptr, &Former);
-        std::signal(SIGCHLD, SIG_DFL);
-    }
-    ~AwaitedChildren() { sigaction(SIGCHLD, &Former, nullptr); }
+    AwaitedChildren() { sigaction(SIGCHLD, &Own, &Former); }
+    ~AwaitedChildren() { sigaction(SIGCHLD, &Former, &Own); }
     struct sigaction Former;
+    static inline struct sigaction Own = {};
 };
 
 /// A test that starts the real program in a folder of its own, without a display.
