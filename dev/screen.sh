@@ -61,9 +61,21 @@ await() {
     fail "waited in vain: $*"
 }
 
-# Waits for the window whose caption the regular expression fits, and gives its id.
+# Waits for the window whose caption the regular expression fits, and gives its id. It is the program's
+# or another one's that is named: mutter's frames are windows with the same captions.
 window() {
-    await "${screen[@]}" timeout 5 xdotool search --onlyvisible --limit 1 --name "$1"
+    await find_window "$1" "${2-rivenfall}"
+}
+
+find_window() {
+    local id
+    for id in $("${screen[@]}" timeout 5 xdotool search --onlyvisible --class "$2"); do
+        if [[ $("${screen[@]}" xdotool getwindowname "$id") =~ $1 ]]; then
+            echo "$id"
+            return
+        fi
+    done
+    return 1
 }
 
 # Starts the program with the given arguments; `main` is its window.
