@@ -2,15 +2,12 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <cerrno>
 #include <sys/wait.h>
 
 namespace rivenfall {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -81,14 +78,14 @@ int LookForProgram(const QString& name) {
     }
     QFile program(file.filePath());
     // One that may be executed and not read is no script.
-    if (!program.open(QIODevice::ReadOnly)) {
+    if (!program.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         return 0;
     }
-    const QByteArray head = program.readLine(MostOfAnInterpreter);
+    const QByteArray head = program.read(MostOfAnInterpreter).split('\n').constFirst();
     if (head.startsWith("#!")) {
-        const QFileInfo interpreter(
-            QFile::decodeName(head.sliced(2))
-                .section(QRegularExpression(u"[ \t\n]"_s), 0, 0, QString::SectionSkipEmpty));
+        const QFileInfo interpreter(QFile::decodeName(head.sliced(2))
+                                        .replace(u'\t', u' ')
+                                        .section(u' ', 0, 0, QString::SectionSkipEmpty));
         return interpreter.isFile() && interpreter.isExecutable() ? 0 : ENOENT;
     }
     return head.startsWith("\177ELF") ? 0 : ENOEXEC;
