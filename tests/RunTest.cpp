@@ -3,6 +3,7 @@
 #include "run/desktop/ExpandVariables.h"
 #include "support/Title.h"
 #include "system/CommandLine.h"
+#include "system/Process.h"
 
 #include <QDir>
 #include <QTimer>
@@ -67,7 +68,7 @@ TEST_F(RunTest, CarriesOutTheActiveCompilersInOrder) {
 }
 
 TEST_F(RunTest, ASecondRunWaitsForTheFirst) {
-    Open({{"rivenfall-no-such-program"}, Shell(u"sleep 0.5; echo late"_s), {"echo", {"outer"}}});
+    Open({Shell(u"sleep 0.5; echo late"_s), {"echo", {"outer"}}});
     QTimer::singleShot(350, &Window(), [this] {
         EXPECT_TRUE(Runner().Running());
         Program().Compilers()->Clear();
@@ -76,7 +77,8 @@ TEST_F(RunTest, ASecondRunWaitsForTheFirst) {
         Program().Run();
     });
     Program().Run();
-    EXPECT_EQ(Log(), Frame(u"inner1"_s, NotFound) + u"late\n"_s + Break +
+    const QString failure = u"error: CreateProcess failed (%1)"_s.arg(LastError());
+    EXPECT_EQ(Log(), Frame(u"inner1"_s, failure) + u"late\n"_s + Break +
                          Frame(u"echo inner2"_s, Success) + u"inner2\n"_s + Break +
                          Frame(u"echo outer"_s, Success) + u"outer\n"_s);
     EXPECT_EQ(TheUser.Asked.join(u'/').toStdString(),

@@ -30,8 +30,8 @@ QString LogFrame(const QString& Issue, const QString& Success, bool behindText) 
     return frame;
 }
 
-QString ResultOfStart(int error) {
-    return error == 0 ? u"success"_s : u"error: CreateProcess failed (%1)"_s.arg(error);
+QString ResultOfStart(bool started, int error) {
+    return started ? u"success"_s : u"error: CreateProcess failed (%1)"_s.arg(error);
 }
 
 QString ResultOfChange(const DirectoryChange& change) {

@@ -15,9 +15,9 @@ inline constexpr QStringView NothingToRunResult = u"Please select some...";
 /// something already, from which an empty line sets the frame off. Lines end in CR LF.
 QString LogFrame(const QString& Issue, const QString& Success, bool behindText);
 
-/// The result in the frame of a command; @p error is 0, or why nothing was started, as `errno` has
-/// it.
-QString ResultOfStart(int error);
+/// The result in the frame of a command; @p error is why nothing was started, as `errno` has it, 0
+/// where no call has failed.
+QString ResultOfStart(bool started, int error);
 
 /// The result in the frame of a directory change.
 QString ResultOfChange(const DirectoryChange& change);

@@ -53,12 +53,12 @@ QString CarryOutProgram(const Command& command, Output& output) {
     // is likely to fail, only the start can tell.
     const bool likely = line.size() <= CertainLength && LookForProgram(command.Items.Item(1)) == 0;
     if (likely) {
-        output.WriteFrame(line, ResultOfStart(0));
+        output.WriteFrame(line, ResultOfStart(true, 0));
     }
     Child child;
     const int error = child.Start(line);
     if (error != 0 || !likely) {
-        output.WriteFrame(line, ResultOfStart(error));
+        output.WriteFrame(line, ResultOfStart(error == 0, error));
     }
     return error == 0 ? FailureOf(child.Wait()) : u"can't be started: "_s + ReasonOf(error);
 }

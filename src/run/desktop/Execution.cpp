@@ -65,7 +65,7 @@ void Execution::Echo(const QString& Issue, const QString& Success) {
 
 bool Execution::Execute(const QString& CommandLine) {
     const bool started = StartProcess(CommandLine);
-    Echo(CommandLine, ResultOfStart(started ? 0 : LastError()));
+    Echo(CommandLine, ResultOfStart(started, LastError()));
     return started;
 }
 

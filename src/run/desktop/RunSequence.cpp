@@ -45,7 +45,7 @@ void Application::Run() try {
     }
 } catch (const std::bad_alloc&) {
     pobjExecution->Show();
-    pobjExecution->Echo(FileTitle(), ResultOfStart(ENOMEM));
+    pobjExecution->Echo(FileTitle(), ResultOfStart(false, ENOMEM));
 }
 
 } // namespace rivenfall
