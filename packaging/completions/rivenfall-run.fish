@@ -68,7 +68,7 @@ complete -c rivenfall-run -f
 complete -c rivenfall-run -n 'not __rivenfall_run_has_document' -k -a '(__fish_complete_suffix .tvq)'
 complete -c rivenfall-run -n __rivenfall_run_has_document -a '(__rivenfall_run_choices variables)'
 complete -c rivenfall-run -s C -l directory -x -a '(__fish_complete_directories)' -d 'Change to a directory first'
-complete -c rivenfall-run -s e -l stop-on-error -d 'End behind the first failure'
+complete -c rivenfall-run -s e -l stop-on-error -d 'End after the first failure'
 complete -c rivenfall-run -s i -l ignore-errors -d 'End with status 0 in spite of failures'
 complete -c rivenfall-run -s q -l quiet -d 'Print no frames'
 complete -c rivenfall-run -s u -l strict -d 'Start nothing if a reference finds no value'

@@ -33,7 +33,7 @@ _rivenfall_run() {
   local -A opt_args
   _arguments -s -S -C \
     '*'{-C+,--directory=}'[change to a directory first]:directory:_files -/' \
-    '(-e --stop-on-error -i --ignore-errors)'{-e,--stop-on-error}'[end behind the first failure]' \
+    '(-e --stop-on-error -i --ignore-errors)'{-e,--stop-on-error}'[end after the first failure]' \
     '(-i --ignore-errors -e --stop-on-error)'{-i,--ignore-errors}'[end with status 0 in spite of failures]' \
     '(-q --quiet)'{-q,--quiet}'[print no frames]' \
     '(-u --strict)'{-u,--strict}'[start nothing if a reference finds no value]' \

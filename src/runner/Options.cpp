@@ -49,7 +49,7 @@ the log.
 
 For this run alone:
   NAME=VALUE             The variable NAME has this value, whatever is ticked.
-      --on TEXT          Tick the compilers, parameters and values of this text.
+      --on TEXT          Tick the entries of Compilers that have this text.
       --off TEXT         Take their check marks away.
       --only TEXT        Of the compilers, run those of this text alone, ticked
                          or not. May be given several times.
@@ -57,7 +57,7 @@ For this run alone:
 Options:
   -C, --directory DIR    Change to DIR first. DOCUMENT and every relative path
                          count from there.
-  -e, --stop-on-error    End behind the first failure.
+  -e, --stop-on-error    End after the first failure.
   -i, --ignore-errors    End with status 0 in spite of failures. They are told
                          all the same.
   -q, --quiet            Print no frames, only what the programs print.
@@ -72,7 +72,7 @@ Options:
 Exit status:
   0  everything was started and ended with status 0
   1  there is nothing to run
-  2  the call is wrong, or the document can't be opened
+  2  the call is wrong, the document can't be opened, or -u finds no value
   3  something failed
 
 Home page: <https://omra.org/rivenfall>
