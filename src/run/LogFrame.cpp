@@ -1,6 +1,6 @@
 #include "run/LogFrame.h"
 
-#include "system/CurrentDirectory.h"
+#include "system/ErrorReason.h"
 
 namespace rivenfall {
 
@@ -34,12 +34,8 @@ QString ResultOfStart(bool started, int error) {
     return started ? u"success"_s : u"error: CreateProcess failed (%1)"_s.arg(error);
 }
 
-QString ResultOfChange(const DirectoryChange& change) {
-    if (change.Number == 0) {
-        return u"success"_s;
-    }
-    return u"error "_s +
-           (change.Description.isEmpty() ? QString::number(change.Number) : change.Description);
+QString ResultOfChange(int error) {
+    return error == 0 ? u"success"_s : u"error "_s + ReasonOf(error);
 }
 
 } // namespace rivenfall

@@ -4,8 +4,6 @@
 
 namespace rivenfall {
 
-struct DirectoryChange;
-
 /// The issue and the result of the frame for a run without an active compiler.
 inline constexpr QStringView NothingToRunIssue = u"No compilers to run!";
 inline constexpr QStringView NothingToRunResult = u"Please select some...";
@@ -19,7 +17,7 @@ QString LogFrame(const QString& Issue, const QString& Success, bool behindText);
 /// where no call has failed.
 QString ResultOfStart(bool started, int error);
 
-/// The result in the frame of a directory change.
-QString ResultOfChange(const DirectoryChange& change);
+/// The result in the frame of a directory change; @p error as above.
+QString ResultOfChange(int error);
 
 } // namespace rivenfall

@@ -42,9 +42,9 @@ QString FailureOf(int status) {
 }
 
 QString CarryOutDirectoryChange(const Command& command, Output& output) {
-    const DirectoryChange change = ChangeDirectory(*command.Directory);
-    output.WriteFrame(command.Text(), ResultOfChange(change));
-    return change.Description;
+    const int error = ChangeDirectory(*command.Directory);
+    output.WriteFrame(command.Text(), ResultOfChange(error));
+    return error == 0 ? QString() : ReasonOf(error);
 }
 
 QString CarryOutProgram(const Command& command, Output& output) {

@@ -21,11 +21,11 @@ public:
         if (!PlaceKnown && !path.startsWith(u'/')) {
             return;
         }
-        const DirectoryChange change = ChangeDirectory(path);
-        PlaceKnown = change.Number == 0;
+        const int error = ChangeDirectory(path);
+        PlaceKnown = error == 0;
         Seen.removeIf([](const QString& program) { return program.contains(u'/'); });
-        if (change.Number != 0) {
-            Tell(u"cd %1"_s.arg(path).trimmed() + u": "_s + change.Description);
+        if (error != 0) {
+            Tell(u"cd %1"_s.arg(path).trimmed() + u": "_s + ReasonOf(error));
         }
     }
 

@@ -7,6 +7,7 @@
 #include "runner/Options.h"
 #include "runner/Output.h"
 #include "system/CurrentDirectory.h"
+#include "system/ErrorReason.h"
 #include "system/OpenStreams.h"
 
 #include <csignal>
@@ -31,10 +32,9 @@ constexpr char VersionText[] =
 /// that fails.
 bool OpenDocument(const Options& options, DocumentContent& content) {
     for (const QString& directory : options.Directories) {
-        const DirectoryChange change = ChangeDirectory(directory);
-        if (change.Number != 0) {
+        if (const int error = ChangeDirectory(directory); error != 0) {
             Tell(u"The directory %1 can't be changed to: %2."_s.arg(
-                directory.isEmpty() ? u"''"_s : directory, change.Description));
+                directory.isEmpty() ? u"''"_s : directory, ReasonOf(error)));
             return false;
         }
     }

@@ -1,7 +1,5 @@
 #include "system/CurrentDirectory.h"
 
-#include "system/ErrorReason.h"
-
 #include <QFile>
 
 #include <cerrno>
@@ -9,13 +7,12 @@
 
 namespace rivenfall {
 
-DirectoryChange ChangeDirectory(const QString& path) {
+int ChangeDirectory(const QString& path) {
     const QByteArray name = QFile::encodeName(path);
-    if (!name.contains('\0') && chdir(name.constData()) == 0) {
-        return {};
+    if (name.contains('\0')) {
+        return EINVAL;
     }
-    const int number = name.contains('\0') ? EINVAL : errno;
-    return {number, ReasonOf(number)};
+    return chdir(name.constData()) == 0 ? 0 : errno;
 }
 
 } // namespace rivenfall
