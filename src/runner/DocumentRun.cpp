@@ -2,6 +2,7 @@
 
 #include "run/LogFrame.h"
 #include "runner/Child.h"
+#include "runner/Options.h"
 #include "runner/Output.h"
 #include "system/CurrentDirectory.h"
 #include "system/ErrorReason.h"
@@ -65,7 +66,7 @@ QString CarryOutProgram(const Command& command, Output& output) {
 
 } // namespace
 
-bool CarryOut(const std::vector<Command>& commands, BehindFailure behind, Output& output) {
+bool CarryOut(const std::vector<Command>& commands, const Options& options, Output& output) {
     const size_t count = commands.size();
     size_t carriedOut = 0;
     size_t failed = 0;
@@ -78,7 +79,7 @@ bool CarryOut(const std::vector<Command>& commands, BehindFailure behind, Output
             Tell(u"[%1/%2] "_s.arg(carriedOut).arg(count) + Shortened(command.Text().trimmed()) +
                  u": "_s + failure);
         }
-        if (behind == BehindFailure::Stop && (failed > 0 || output.Failed())) {
+        if (options.Has(Option::StopOnError) && (failed > 0 || output.Failed())) {
             break;
         }
     }
@@ -87,7 +88,7 @@ bool CarryOut(const std::vector<Command>& commands, BehindFailure behind, Output
         Tell(u"%1 of %2 command lines failed"_s.arg(failed).arg(count) +
              (carriedOut < count ? rest : QString()));
     }
-    return failed == 0;
+    return failed == 0 || options.Has(Option::IgnoreErrors);
 }
 
 } // namespace rivenfall

@@ -47,14 +47,6 @@ bool OpenDocument(const Options& options, DocumentContent& content) {
     return failure.isEmpty();
 }
 
-Status CarryOutCommands(const std::vector<Command>& commands, const Options& options,
-                        Output& output) {
-    const BehindFailure behind =
-        options.Has(Option::StopOnError) ? BehindFailure::Stop : BehindFailure::GoOn;
-    const bool success = CarryOut(commands, behind, output) || options.Has(Option::IgnoreErrors);
-    return success ? Status::Success : Status::Failure;
-}
-
 void TellUnresolved(const QStringList& names) {
     for (const QString& name : names) {
         Tell(u"${%1}: no value found"_s.arg(name));
@@ -90,7 +82,7 @@ Status UseDocument(const Options& options, Output& output) {
         TellUnresolved(unresolved);
         return Status::Success;
     }
-    return CarryOutCommands(commands, options, output);
+    return CarryOut(commands, options, output) ? Status::Success : Status::Failure;
 }
 
 Status Main(int argc, char** argv) {
