@@ -73,27 +73,19 @@ public:
     posix_spawn_file_actions_t Actions;
 };
 
-/// The items of @p commandLine as the bytes that the child gets; empty where no start can take
-/// them as they are.
-QByteArrayList ArgumentsOf(const QString& commandLine) {
+bool Spawn(const QString& commandLine, const SpawnSettings& settings, Handle& process) {
+    // No start can take it as it is.
+    if (commandLine.contains(QChar::Null)) {
+        return KeepError(EINVAL);
+    }
     QByteArrayList arguments;
+    std::vector<char*> pointers;
     for (const QString& item : SplitCommandLine(commandLine)) {
         arguments += item.toUtf8();
-        if (arguments.last().contains('\0')) {
-            return {};
-        }
+        pointers.push_back(arguments.last().data());
     }
-    return arguments;
-}
-
-bool Spawn(const QString& commandLine, const SpawnSettings& settings, Handle& process) {
-    const QByteArrayList arguments = ArgumentsOf(commandLine);
     if (arguments.isEmpty()) {
-        return KeepError(commandLine.contains(QChar::Null) ? EINVAL : ENOENT);
-    }
-    std::vector<char*> pointers;
-    for (const QByteArray& argument : arguments) {
-        pointers.push_back(const_cast<char*>(argument.constData()));
+        return KeepError(ENOENT);
     }
     pointers.push_back(nullptr);
     return KeepError(posix_spawnp(&process, pointers[0], &settings.Actions, &settings.Attributes,
@@ -152,22 +144,12 @@ bool CreateProcess(const QString& commandLine, Handle& process) {
 }
 
 ReadOutcome ReadFile(Handle handle, char* buffer, int size, int& count) {
-    count = 0;
     pollfd pending = {handle, POLLIN, 0};
-    const int ready = poll(&pending, 1, 0);
-    if (ready == 0 || (ready < 0 && errno == EINTR)) {
+    if (poll(&pending, 1, 0) == 0) {
         return ReadOutcome::Nothing;
     }
-    const ssize_t result = read(handle, buffer, static_cast<size_t>(size));
-    if (result > 0) {
-        count = static_cast<int>(result);
-        return ReadOutcome::Data;
-    }
-    if (result < 0 && errno == EINTR) {
-        return ReadOutcome::Nothing;
-    }
-    KeepError(result < 0 ? errno : 0);
-    return ReadOutcome::End;
+    count = static_cast<int>(read(handle, buffer, static_cast<size_t>(size)));
+    return count > 0 ? ReadOutcome::Data : ReadOutcome::End;
 }
 
 void CloseHandle(Handle handle) {

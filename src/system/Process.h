@@ -48,7 +48,7 @@ bool CreateProcess(const QString& commandLine, const StandardStreams& streams, H
 bool CreateProcess(const QString& commandLine, Handle& process);
 
 /// Reads at most @p size bytes from the pipe end @p handle into @p buffer without waiting.
-/// @p count becomes the number of bytes read.
+/// With data @p count becomes the number of bytes read.
 ReadOutcome ReadFile(Handle handle, char* buffer, int size, int& count);
 
 /// Closes the pipe end @p handle; does nothing for 0, which is none.
