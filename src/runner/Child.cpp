@@ -14,13 +14,6 @@ namespace {
 /// The bytes of a script's first line that the kernel reads (execve(2)).
 constexpr qint64 MostOfAnInterpreter = 256;
 
-/// True where the child doesn't have @p signal from whoever @p news names as its sender. The
-/// terminal's keys reach all of the group; a terminal that goes away tells the first of its
-/// programs alone.
-bool IsForThisProgramAlone(int signal, const siginfo_t& news) {
-    return signal == SIGTERM || signal == SIGHUP || news.si_code <= 0;
-}
-
 } // namespace
 
 Child::Child() {
@@ -45,9 +38,6 @@ int Child::Start(const QString& commandLine) {
 }
 
 int Child::Wait() {
-    // What is here already may have come before there was a child to hear it.
-    sigset_t early;
-    sigpending(&early);
     int ending = 0;
     int status = 0;
     while (waitpid(phndProcess, &status, WNOHANG) == 0) {
@@ -57,7 +47,9 @@ int Child::Wait() {
             continue;
         }
         ending = ending == 0 ? signal : ending;
-        if (IsForThisProgramAlone(signal, news) || sigismember(&early, signal) == 1) {
+        // The terminal's keys reach the child too. A terminal that goes away tells the first of its
+        // programs alone.
+        if (news.si_code <= 0 || signal == SIGHUP) {
             kill(phndProcess, signal);
         }
     }
