@@ -106,11 +106,8 @@ bool Execution::StartProcess(const QString& CommandLine) {
     CloseHandle(streams.Input);
     CloseHandle(streams.Output);
     pstrOutput.clear();
-    pobjUnfinished.clear();
     if (!pblnRunning) {
-        CloseHandle(phndInputWrite);
-        CloseHandle(phndOutputRead);
-        phndInputWrite = phndOutputRead = phndProcess = 0;
+        EndOutput();
     }
     return pblnRunning;
 }
