@@ -12,8 +12,8 @@ constexpr qsizetype FrameDashes = 53;
 
 } // namespace
 
-QString LogFrame(const QString& Issue, const QString& Success, bool behindText) {
-    const QString lineBreak = u"\r\n"_s;
+QString LogFrame(const QString& Issue, const QString& Success, bool behindText,
+                 const QString& lineBreak) {
     const QString dashes(FrameDashes, u'-');
     QString frame;
     if (behindText) {

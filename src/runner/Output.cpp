@@ -60,9 +60,8 @@ void Output::Write(QByteArrayView bytes) {
 
 void Output::WriteFrame(const QString& issue, const QString& result) {
     if (!pblnQuiet) {
-        QString frame = LogFrame(pblnTerminal ? VisibleText(issue) : issue, result,
-                                 std::exchange(pblnFramed, true));
-        Write(frame.replace(u"\r\n"_s, u"\n"_s).toUtf8());
+        const QString shown = pblnTerminal ? VisibleText(issue) : issue;
+        Write(LogFrame(shown, result, std::exchange(pblnFramed, true), u"\n"_s).toUtf8());
     }
 }
 

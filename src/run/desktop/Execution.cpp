@@ -59,7 +59,8 @@ void Execution::Clear() {
 
 void Execution::Echo(const QString& Issue, const QString& Success) {
     EnsureShown();
-    pobjFormTxtOutput->AppendText(LogFrame(Issue, Success, pobjFormTxtOutput->TextLength() > 0));
+    pobjFormTxtOutput->AppendText(
+        LogFrame(Issue, Success, pobjFormTxtOutput->TextLength() > 0, u"\r\n"_s));
     pobjFormTxtOutput->SetSelStartToEnd();
 }
 
