@@ -68,6 +68,9 @@ TEST_F(RunnerTest, FailuresAreToldAndCounted) {
         .Of({{"false", {QString(79 - 6, u'x') + QString::fromUtf8("😀") + QString(9999, u'x')}}})
         .Tells("rivenfall-run: [1/1] false " + std::string(73, 'x') + " …: exit status 1\n…")
         .Ends(3);
+    // What no start can take isn't told as started.
+    Document({{"true", {QString(131'072, u'x')}}});
+    Bash("$RUN doc.tvq | grep success").Tells("…: Argument list too long\n…").Ends(1);
 }
 
 TEST_F(RunnerTest, OutputThatCannotBeWrittenIsAFailure) {

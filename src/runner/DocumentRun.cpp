@@ -19,8 +19,8 @@ namespace {
 /// The characters of a command line that the message of a failure has room for.
 constexpr qsizetype ShownLength = 80;
 
-/// In characters, which are three bytes each at most. The kernel takes 128 KiB in any case.
-constexpr qsizetype CertainLength = 40'000;
+/// In bytes. The kernel takes no longer item (execve(2)).
+constexpr qsizetype LongestItem = 131'071;
 
 QString Shortened(const QString& line) {
     if (line.size() <= ShownLength) {
@@ -48,11 +48,20 @@ QString CarryOutDirectoryChange(const Command& command, Output& output) {
     return error == 0 ? QString() : ReasonOf(error);
 }
 
+bool IsLikelyToStart(const StringList& items) {
+    for (int index = 1; index <= items.Count(); ++index) {
+        if (items.Item(index).toUtf8().size() > LongestItem) {
+            return false;
+        }
+    }
+    return LookForProgram(items.Item(1)) == 0;
+}
+
 QString CarryOutProgram(const Command& command, Output& output) {
     const QString line = command.Text();
     // The program writes on its own account, so the frame has to be there before. Where the start
     // is likely to fail, only the start can tell.
-    const bool likely = line.size() <= CertainLength && LookForProgram(command.Items.Item(1)) == 0;
+    const bool likely = IsLikelyToStart(command.Items);
     if (likely) {
         output.WriteFrame(line, ResultOfStart(true, 0));
     }
