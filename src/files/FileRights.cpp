@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <climits>
 #include <sys/xattr.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace rivenfall {
@@ -42,52 +43,40 @@ Attributes AttributesOf(const OpenFile& file) {
     return attributes;
 }
 
-void CopyAttributes(const OpenFile& from, const OpenFile& to) {
-    const Attributes wanted = AttributesOf(from);
-    const Attributes present = AttributesOf(to);
-    for (auto own = present.cbegin(); own != present.cend(); ++own) {
-        // A folder may hand its own list down to whatever is made in it. Some file systems show a
-        // list under a second name, which goes along with the first.
-        if (!wanted.contains(own.key()) &&
-            fremovexattr(to.Descriptor(), own.key().constData()) < 0 && errno != ENODATA &&
-            errno != ENOTSUP) {
-            throw FileErrorOf(errno);
-        }
-    }
-    for (auto other = wanted.cbegin(); other != wanted.cend(); ++other) {
-        const auto own = present.constFind(other.key());
-        if (own == present.cend() || *own != *other) {
-            Checked(fsetxattr(to.Descriptor(), other.key().constData(), other->constData(),
-                              static_cast<size_t>(other->size()), 0));
-        }
-    }
-}
-
 } // namespace
 
 bool CopyRights(const OpenFile& from, const OpenFile& to) {
     constexpr mode_t ModeBits = 07777;
+    const int fresh = to.Descriptor();
+    // A step may be refused, and some file systems say yes and keep what they had. So what has come
+    // of it is looked at before the next one, which might allow too much otherwise. In this order:
+    // a change of owner takes bits off the mode, and a list sets the group's.
     const struct stat wanted = from.Status();
-    try {
-        // In this order: a change of owner takes bits off the mode, and a list sets the group's.
-        const struct stat present = to.Status();
-        if (present.st_uid != wanted.st_uid || present.st_gid != wanted.st_gid) {
-            Checked(fchown(to.Descriptor(), wanted.st_uid, wanted.st_gid));
-        }
-        CopyAttributes(from, to);
-        if (to.Status().st_mode != wanted.st_mode) {
-            Checked(fchmod(to.Descriptor(), wanted.st_mode & ModeBits));
-        }
-    } catch (const FileError& error) {
-        if (!IsRefusal(error)) {
-            throw;
-        }
+    std::ignore = fchown(fresh, wanted.st_uid, wanted.st_gid);
+    const struct stat owned = to.Status();
+    if (owned.st_uid != wanted.st_uid || owned.st_gid != wanted.st_gid) {
         return false;
     }
-    // Some file systems say yes and keep what they had.
-    const struct stat result = to.Status();
-    return result.st_uid == wanted.st_uid && result.st_gid == wanted.st_gid &&
-           result.st_mode == wanted.st_mode;
+    const Attributes attributes = AttributesOf(from);
+    const Attributes present = AttributesOf(to);
+    // A folder may hand its own list down to whatever is made in it.
+    for (const QByteArray& name : present.keys()) {
+        if (!attributes.contains(name)) {
+            fremovexattr(fresh, name.constData());
+        }
+    }
+    for (auto each = attributes.cbegin(); each != attributes.cend(); ++each) {
+        if (present.value(each.key()) != *each &&
+            fsetxattr(fresh, each.key().constData(), each->constData(),
+                      static_cast<size_t>(each->size()), 0) < 0) {
+            return false;
+        }
+    }
+    if (AttributesOf(to) != attributes) {
+        return false;
+    }
+    fchmod(fresh, wanted.st_mode & ModeBits);
+    return to.Status().st_mode == wanted.st_mode;
 }
 
 } // namespace rivenfall

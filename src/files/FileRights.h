@@ -8,8 +8,7 @@ class OpenFile;
 /// @p from: owner, group, mode, access control list; and its extended attributes. At no moment
 /// does @p to allow more than @p from does, if its mode was no wider at the start.
 ///
-/// False where the kernel doesn't let this process do all of that. Throws FileError where
-/// something goes wrong.
+/// False where not all of that can be done. Throws FileError where it can't be seen.
 bool CopyRights(const OpenFile& from, const OpenFile& to);
 
 } // namespace rivenfall
