@@ -59,18 +59,4 @@ FilePlace PlaceOf(const QByteArray& path) {
     throw FileErrorOf(ELOOP);
 }
 
-void SyncNames(const FilePlace& place) {
-    const int folder = place.Folder.Descriptor();
-    try {
-        OpenFile(folder, ".", O_RDONLY | O_DIRECTORY).Sync();
-    } catch (const FileError& error) {
-        if (!IsRefusal(error)) {
-            throw;
-        }
-        // The folder can't be listed, or not be synced alone. Then all of its file system is.
-        const OpenFile file = OpenOrdinary(folder, place.Name, O_RDONLY | O_NOFOLLOW);
-        Checked(syncfs(file.Descriptor()));
-    }
-}
-
 } // namespace rivenfall

@@ -16,8 +16,4 @@ struct FilePlace {
 /// The place that @p path leads to. Throws FileError where there is no such folder.
 FilePlace PlaceOf(const QByteArray& path);
 
-/// Comes back when the names in the folder of @p place are on the disk, where there is a file with
-/// its name. Throws FileError.
-void SyncNames(const FilePlace& place);
-
 } // namespace rivenfall

@@ -134,6 +134,19 @@ void Overwrite(const OpenFile& file, const QByteArray& bytes, PassingFile& fresh
     }
 }
 
+/// Comes back when the names in the folder, in which @p file has one, are on the disk.
+void SyncNames(const OpenFile& folder, const OpenFile& file) {
+    try {
+        OpenFile(folder.Descriptor(), ".", O_RDONLY | O_DIRECTORY).Sync();
+    } catch (const FileError& error) {
+        if (!IsRefusal(error)) {
+            throw;
+        }
+        // The folder can't be listed, or not be synced alone. Then all of its file system is.
+        Checked(syncfs(file.Descriptor()));
+    }
+}
+
 } // namespace
 
 void SaveFile(const QString& path, const QByteArray& bytes) {
@@ -154,7 +167,7 @@ void SaveFile(const QString& path, const QByteArray& bytes) {
     }
     try {
         if (replaced) {
-            SyncNames(place);
+            SyncNames(place.Folder, *fresh.File);
         }
     } catch (const FileError& error) {
         throw FileError{

@@ -49,11 +49,6 @@ OpenFile::~OpenFile() {
 OpenFile::OpenFile(OpenFile&& other) noexcept
     : plngDescriptor(std::exchange(other.plngDescriptor, -1)) {}
 
-OpenFile& OpenFile::operator=(OpenFile&& other) noexcept {
-    std::swap(plngDescriptor, other.plngDescriptor);
-    return *this;
-}
-
 struct stat OpenFile::Status() const {
     struct stat status;
     Checked(fstat(plngDescriptor, &status));

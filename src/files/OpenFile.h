@@ -19,7 +19,6 @@ public:
     ~OpenFile();
 
     OpenFile(OpenFile&& other) noexcept;
-    OpenFile& operator=(OpenFile&& other) noexcept;
 
     int Descriptor() const { return plngDescriptor; }
     struct stat Status() const;
