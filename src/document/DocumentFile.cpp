@@ -44,6 +44,7 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
         fileBag.ReadProperty("_FileFormatIdentification", QString(FirstVersion));
     if (identification == QVariant(QString(FirstVersion))) {
         TreeBags::LoadFromBag(content.Compilers, fileBag);
+        MakeDefaultVariable(content.Variables);
         return;
     }
     content.HasVariables = identification == QVariant(QString(ThirdVersion));
@@ -54,6 +55,8 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
     TreeBags::LoadFromBag(content.Compilers, TreeBags::ReadBag(contentBag, "Compilers"));
     if (content.HasVariables) {
         TreeBags::LoadFromBag(content.Variables, TreeBags::ReadBag(contentBag, "Variables"));
+    } else {
+        MakeDefaultVariable(content.Variables);
     }
 }
 

@@ -8,18 +8,17 @@ namespace rivenfall {
 
 /// What one document file holds.
 struct DocumentContent {
-    /// Two empty roots, without variables from a file.
+    /// Two empty roots.
     DocumentContent();
 
-    /// The file keeps its variables; older ones have none.
+    /// The file keeps its variables; an older one has none and gets the default variable.
     bool HasVariables = false;
     /// A root of compilers and a root of variables, owned here and heard by nobody.
     DataNodes Compilers;
     DataNodes Variables;
 };
 
-/// Gives the root @p variables what a new document has, and one of a version without variables: one
-/// variable with an empty value.
+/// Gives the root @p variables what a new document has: one variable with an empty value.
 void MakeDefaultVariable(DataNodes& variables);
 
 /// Reads the document file @p fileName into @p content, whole or not at all. Gives the reason of a

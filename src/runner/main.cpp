@@ -41,8 +41,6 @@ bool OpenDocument(const Options& options, DocumentContent& content) {
     const QString failure = ReadDocumentFile(options.Document, content);
     if (!failure.isEmpty()) {
         Tell(failure);
-    } else if (!content.HasVariables) {
-        MakeDefaultVariable(content.Variables);
     }
     return failure.isEmpty();
 }

@@ -149,11 +149,10 @@ bool Application::ReadDocument() {
         return false;
     }
     pobjCompilers->TakeNodesOf(content.Compilers);
+    pobjVariables->TakeNodesOf(content.Variables);
     if (content.HasVariables) {
-        pobjVariables->TakeNodesOf(content.Variables);
         FillTabs();
     } else {
-        MakeDefaultVariable(*pobjVariables);
         pobjFormTabContent->Tabs().Clear();
         pobjFormTabContent->Tabs().Add(u"Compilers"_s);
     }
