@@ -1,13 +1,13 @@
 #include "Bench.h"
 
-#include "document/TreeBags.h"
+#include "system/PropertyBag.h"
 
 namespace rivenfall {
 
 namespace {
 
 QByteArray SaveTree(const DataNodes& compilers) {
-    return TreeBags::SaveToBag(compilers).Contents();
+    return compilers.SaveToBag().Contents();
 }
 
 void CountNodes(benchmark::State& state) {
@@ -31,7 +31,7 @@ void Load(benchmark::State& state) {
         PropertyBag bag;
         bag.SetContents(bytes);
         DataNodes loaded;
-        TreeBags::LoadFromBag(loaded, bag);
+        loaded.LoadFromBag(bag);
         DoNotOptimize(loaded.Count());
     }
     CountNodes(state);

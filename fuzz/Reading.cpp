@@ -2,7 +2,6 @@
 
 #include "data/DataNode.h"
 #include "data/DataNodes.h"
-#include "document/TreeBags.h"
 #include "system/PropertyBag.h"
 
 #include <QCborMap>
@@ -50,14 +49,14 @@ void CompareBag(const PropertyBag& bag, const QByteArray& input) {
 }
 
 QByteArray Saved(const DataNodes& root) {
-    return TreeBags::SaveToBag(root).Contents();
+    return root.SaveToBag().Contents();
 }
 
 bool Load(DataNodes& root, const QByteArray& bytes) {
     try {
         PropertyBag bag;
         bag.SetContents(bytes);
-        TreeBags::LoadFromBag(root, bag);
+        root.LoadFromBag(bag);
         return true;
     } catch (const PropertyBagError&) {
         return false;

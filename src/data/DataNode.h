@@ -7,6 +7,7 @@
 namespace rivenfall {
 
 class DataNodes;
+class PropertyBag;
 
 /// The kinds of node: the values of DataNodeType and DataNodesType.
 enum class NodeKind : qint8 {
@@ -76,11 +77,14 @@ public:
 
 private:
     friend class DataNodes;
-    friend class TreeBags;
 
     void SetDataNodeType(NodeKind kind);
     void SetIndex(int index);
     void SetParent(DataNodes* parent);
+
+    // document/TreeBags.cpp
+    PropertyBag SaveToBag() const;
+    void LoadFromBag(const PropertyBag& bag);
 
     void pobjChilds_Add(DataNode& DN);
     void pobjChilds_Move(DataNode& DN);

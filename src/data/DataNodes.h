@@ -9,6 +9,7 @@
 namespace rivenfall {
 
 class DataNode;
+class PropertyBag;
 enum class NodeKind : qint8;
 
 /// What is called for the changes in a root collection and everything below it. Each call names the
@@ -78,9 +79,16 @@ public:
     /// empty. The present nodes go with their events, the new ones come silently.
     void TakeNodesOf(DataNodes& source);
 
+    /// A bag of all nodes and everything below them. In document/TreeBags.cpp, as the next one.
+    PropertyBag SaveToBag() const;
+
+    /// Replaces all nodes by those of @p bag, without an event for what is new. Throws
+    /// PropertyBagError where the bag isn't one of a collection; the collection is then only good
+    /// to be thrown away.
+    void LoadFromBag(const PropertyBag& bag);
+
 private:
     friend class DataNode;
-    friend class TreeBags;
 
     void AdjustIndexes(int first);
     void MoveItem(DataNode& DN, int DestinationIndex);

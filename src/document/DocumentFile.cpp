@@ -1,11 +1,11 @@
 #include "document/DocumentFile.h"
 
 #include "data/DataNode.h"
-#include "document/TreeBags.h"
 #include "files/FileError.h"
 #include "files/FilePath.h"
 #include "files/FileSaving.h"
 #include "files/OpenFile.h"
+#include "system/PropertyBag.h"
 
 #include <new>
 
@@ -43,7 +43,7 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
     const QVariant identification =
         fileBag.ReadProperty("_FileFormatIdentification", QString(FirstVersion));
     if (identification == QVariant(QString(FirstVersion))) {
-        TreeBags::LoadFromBag(content.Compilers, fileBag);
+        content.Compilers.LoadFromBag(fileBag);
         MakeDefaultVariable(content.Variables);
         return;
     }
@@ -51,10 +51,10 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
     if (!content.HasVariables && identification != QVariant(QString(SecondVersion))) {
         throw PropertyBagError{u"its format \"%1\" is unknown"_s.arg(identification.toString())};
     }
-    const PropertyBag contentBag = TreeBags::ReadBag(fileBag, "_Content");
-    TreeBags::LoadFromBag(content.Compilers, TreeBags::ReadBag(contentBag, "Compilers"));
+    const PropertyBag contentBag = fileBag.ReadBag("_Content");
+    content.Compilers.LoadFromBag(contentBag.ReadBag("Compilers"));
     if (content.HasVariables) {
-        TreeBags::LoadFromBag(content.Variables, TreeBags::ReadBag(contentBag, "Variables"));
+        content.Variables.LoadFromBag(contentBag.ReadBag("Variables"));
     } else {
         MakeDefaultVariable(content.Variables);
     }
@@ -62,8 +62,8 @@ void LoadContent(const QString& fileName, DocumentContent& content) {
 
 QByteArray ImageOf(const DataNodes& compilers, const DataNodes& variables) {
     PropertyBag contentBag;
-    contentBag.WriteProperty("Compilers", TreeBags::SaveToBag(compilers).Contents());
-    contentBag.WriteProperty("Variables", TreeBags::SaveToBag(variables).Contents());
+    contentBag.WriteProperty("Compilers", compilers.SaveToBag().Contents());
+    contentBag.WriteProperty("Variables", variables.SaveToBag().Contents());
     PropertyBag fileBag;
     fileBag.WriteProperty("_FileFormatDescription", QString(Description));
     fileBag.WriteProperty("_FileFormatIdentification", QString(ThirdVersion));

@@ -150,6 +150,12 @@ QVariant PropertyBag::ReadProperty(const QByteArray& name, const QVariant& fallb
     return entry ? entry->Value : fallback;
 }
 
+PropertyBag PropertyBag::ReadBag(const QByteArray& name) const {
+    PropertyBag bag;
+    bag.SetContents(Required<QByteArray>(name));
+    return bag;
+}
+
 void PropertyBag::WriteProperty(const QByteArray& name, const QVariant& value,
                                 const QVariant& fallback) {
     if ((fallback.isValid() && value == fallback) || Find(name)) {

@@ -36,6 +36,22 @@ public:
     /// there is none it is @p fallback.
     QVariant ReadProperty(const QByteArray& name, const QVariant& fallback = {}) const;
 
+    /// The same for what must be of the type @p Type, and there if it has no @p fallback. Throws
+    /// PropertyBagError where it isn't.
+    template <typename Type>
+    Type Required(const QByteArray& name, const QVariant& fallback = {}) const {
+        const QVariant value = ReadProperty(name, fallback);
+        if (value.typeId() != qMetaTypeId<Type>()) {
+            throw PropertyBagError{(value.isValid() ? QStringLiteral("\"%1\" is of the wrong kind")
+                                                    : QStringLiteral("\"%1\" is missing"))
+                                       .arg(QString::fromUtf8(name))};
+        }
+        return value.value<Type>();
+    }
+
+    /// The bag whose image is stored under @p name. Throws PropertyBagError where there is none.
+    PropertyBag ReadBag(const QByteArray& name) const;
+
     /// Stores @p value, which is of one of the kinds above, under @p name, unless the bag holds it
     /// already. A value that equals @p fallback isn't stored.
     void WriteProperty(const QByteArray& name, const QVariant& value,
