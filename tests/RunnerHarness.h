@@ -6,9 +6,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 
-#include <csignal>
-#include <unistd.h>
-
 namespace rivenfall {
 
 /// A call of a program, told as a sentence: what it is given, what it has to write, and how it has
@@ -19,15 +16,7 @@ public:
     [[nodiscard]] Call& Of(const std::vector<Sketch>& compilers,
                            const char* variables = "EMPTY(~)") {
         StoreBytes(Folder + u"/doc.tvq"_s, DocumentImage(compilers, Sketches(variables)));
-        return With({u"doc.tvq"_s});
-    }
-    [[nodiscard]] Call& With(const QStringList& arguments) {
-        Arguments += arguments;
-        return *this;
-    }
-    /// A signal as soon as there is a file `started`.
-    [[nodiscard]] Call& Gets(int signal) {
-        Signal = signal;
+        Arguments += u"doc.tvq"_s;
         return *this;
     }
     [[nodiscard]] Call& Prints(const std::string& output) {
@@ -44,15 +33,7 @@ public:
         QProcess process;
         process.setWorkingDirectory(Folder);
         process.setProcessEnvironment(Environment);
-        QFile::remove(Folder + u"/started"_s);
         process.start(Program, Arguments);
-        EXPECT_TRUE(process.waitForStarted());
-        if (Signal != 0) {
-            for (int wait = 0; wait < 2000 && !QFile::exists(Folder + u"/started"_s); ++wait) {
-                usleep(10'000);
-            }
-            kill(static_cast<pid_t>(process.processId()), Signal);
-        }
         EXPECT_TRUE(process.waitForFinished(20000));
         const bool ended = process.exitStatus() == QProcess::NormalExit;
         const QByteArray output = process.readAllStandardOutput();
@@ -68,7 +49,6 @@ public:
     QStringList Arguments;
     QString Folder;
     QProcessEnvironment Environment;
-    int Signal = 0;
     std::string Output = "…";
     std::string Error = {};
 
@@ -106,9 +86,9 @@ protected:
     }
 
     /// The program with @p options, parted by blanks.
-    Call Run(const char* options = "") {
-        return {Program, QString::fromUtf8(options).split(u' ', Qt::SkipEmptyParts), Folder.path(),
-                Environment};
+    Call Run(const std::string& options = {}) {
+        return {Program, QString::fromStdString(options).split(u' ', Qt::SkipEmptyParts),
+                Folder.path(), Environment};
     }
     /// bash, which carries out @p script.
     Call Bash(const std::string& script) {

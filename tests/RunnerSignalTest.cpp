@@ -8,28 +8,33 @@ namespace {
 
 using RunnerSignalTest = RunnerTest;
 
-/// A command that tells of its start in a file `started`, counts for half a second how often it
-/// hears a signal, and ends as if it had mastered that.
-Sketch Hearing() {
+/// A command that tells of its start in a file `started`, sends @p signal to the program alone,
+/// counts for a while how often it hears one itself, and ends as if it had mastered that. With 0 it
+/// goes where the terminal's keys don't reach it: two signals at once would be one.
+Sketch Hearing(int signal) {
     return {"perl",
-            {"-e", "$SIG{$_} = sub { $heard .= x } for qw(INT QUIT HUP TERM); open F, '>started';"
-                   "select undef, undef, undef, 0.1 for 1..8; print \"heard $heard\\n\""}};
+            {"-e",
+             "$SIG{$_} = sub { $heard .= x } for qw(INT QUIT HUP TERM); $ARGV[0] or setpgrp;"
+             "open F, '>started'; kill $ARGV[0], getppid; select undef, undef, undef, 0.1 for 1..8;"
+             "print \"heard $heard\\n\"",
+             QString::number(signal)}};
 }
 
 /// Works a call with @p options at a terminal: the keys are typed as soon as there is a file
 /// `started`.
 std::string AtTerminal(const char* keys, const std::string& options = "doc.tvq") {
-    return std::string("(timeout 20 sh -c 'until [ -e started ]; do sleep 0.01; done'; sleep 0.2; "
-                       "printf '") +
+    return std::string("rm -f started; (timeout 20 sh -c 'until [ -e started ]; do sleep 0.01; "
+                       "done'; sleep 0.2; printf '") +
            keys + "'; sleep 1) | script -qec '$RUN " + options + "' /dev/null";
 }
 
 TEST_F(RunnerSignalTest, TheChildHearsOnceAndEndsFirst) {
-    const std::vector<Sketch> document = {Hearing(), {"echo", {"next"}}};
+    const Sketch next = {"echo", {"next"}};
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        Run("-i").Of(document).Gets(signal).Prints("…-\nheard x\n").Ends(128 + signal);
+        Run("-i").Of({Hearing(signal), next}).Prints("…-\nheard x\n").Ends(128 + signal);
     }
-    Bash(AtTerminal("\\003", "-i doc.tvq")).Prints("…-\r\n^Cheard x\r\n").Ends(128 + SIGINT);
+    Document({Hearing(0), next});
+    Bash(AtTerminal("\\003", "-i doc.tvq")).Prints("…-\r\n^Cheard \r\n").Ends(128 + SIGINT);
     // One that ends itself by a signal has told nobody else to end.
     Run().Of({Shell(u"kill -INT $$"_s), "true"}).Tells("…ended by SIGINT\n…").Ends(3);
 }

@@ -92,16 +92,16 @@ TEST_F(RunnerTest, OutputThatCannotBeWrittenIsAFailure) {
 
 TEST_F(RunnerTest, ASettingHoldsForTheRunWhateverIsTicked) {
     // Settings, and what the command prints.
-    const std::pair<QStringList, const char*> cases[] = {
-        {{}, "2||2|5|"},
-        {{u"a=x"_s}, "x||x|5|"},
-        {{u"B=${D}=${a}"_s, u"A=y"_s}, "y|5=y|y5=y|5|"},
-        {{u"D=6"_s, u"d="_s, u"C=${C}"_s}, "2||||"}};
+    const std::pair<std::string, std::string> cases[] = {{"", "2||2|5|"},
+                                                         {"a=x", "x||x|5|"},
+                                                         {"B=${D}=${a} A=y", "y|5=y|y5=y|5|"},
+                                                         {"D=6 d= C=${C}", "2||||"}};
     const std::vector<Sketch> compilers = {{"printf", {"%s|", "${A}", "${b}", "${C}", "${D}"}}};
-    const char* variables = "!A(1),A(2),B(!3,!4),C(${A}${B}),D(5)";
+    Document(compilers, "doc.tvq", "!A(1),A(2),B(!3,!4),C(${A}${B}),D(5)");
+    const std::string former = TextOf("doc.tvq");
     for (const auto& [settings, output] : cases) {
-        Run().Of(compilers, variables).With(settings).Prints(std::string("…-\n") + output).Ends(0);
-        EXPECT_EQ(BytesOf(Path("doc.tvq")), DocumentImage(compilers, Sketches(variables)));
+        Run("doc.tvq " + settings).Prints("…-\n" + output).Ends(0);
+        EXPECT_EQ(TextOf("doc.tvq"), former);
     }
 }
 
