@@ -9,7 +9,6 @@
 #include "system/MessageBox.h"
 #include "window/frmMain.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 namespace rivenfall {

@@ -68,8 +68,9 @@ TEST_F(RunTest, CarriesOutTheActiveCompilersInOrder) {
 }
 
 TEST_F(RunTest, ASecondRunWaitsForTheFirst) {
-    Open({Shell(u"sleep 0.5; echo late"_s), {"echo", {"outer"}}});
-    QTimer::singleShot(350, &Window(), [this] {
+    Open({Shell(u"sleep 0.3; echo late"_s), {"echo", {"outer"}}});
+    // As soon as the run waits for a child.
+    QTimer::singleShot(0, &Window(), [this] {
         EXPECT_TRUE(Runner().Running());
         Program().Compilers()->Clear();
         Program().Compilers()->Add(u"inner1"_s);
@@ -101,15 +102,10 @@ TEST_F(RunTest, ATickDeliversAtMost64Bytes) {
 
 TEST_F(RunTest, ASilentChildHoldsNothingUp) {
     // A grandchild that holds the output counts as the child.
-    QElapsedTimer clock;
-    clock.start();
     EXPECT_EQ(Execute({u"sh"_s, u"-c"_s, u"(sleep 0.6; echo late) & echo started"_s}).toStdString(),
               "started\nlate\n");
-    EXPECT_GE(clock.elapsed(), 600);
     // A child that lets go of its output doesn't.
-    clock.restart();
-    Execute({u"sh"_s, u"-c"_s, u"exec >&- 2>&-; sleep 3"_s});
-    EXPECT_LT(clock.elapsed(), 2000);
+    Execute({u"sh"_s, u"-c"_s, u"exec >&- 2>&-; sleep 20"_s});
 }
 
 TEST_F(RunTest, LeavesNoDescriptorAndNoZombie) {
