@@ -73,6 +73,12 @@ TEST_F(DocumentTest, ANewDocumentIsWrittenWholeAndReadBack) {
     EXPECT_TRUE(OpenBytes(image));
     EXPECT_TRUE(Program().Compilers()->Item(1)->Expanded());
     EXPECT_EQ(TheUser.Asked, QStringList());
+    // Whoever hears that a node goes still finds it at its place.
+    QStringList removed;
+    Program().Compilers()->SetEvents(
+        {{}, {}, [&](DataNode& node) { removed += node.Parent()->Item(node.Index())->Key(); }});
+    Program().Compilers()->Clear();
+    EXPECT_EQ(removed.join(u' '), u"c2p0v0 c1p2v0 c1p1v3 c1p1v2 c1p1v1 c1p1v0 c1p0v0");
 }
 
 TEST_F(DocumentTest, OldVersionsHaveTheirCompilersOnly) {

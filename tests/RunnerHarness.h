@@ -74,6 +74,11 @@ protected:
         // permission".
         Environment.insert(u"PATH"_s, u"/usr/local/bin:/usr/bin:/bin"_s);
         Environment.insert(u"RUN"_s, Program);
+        Environment.insert(u"HOME"_s, Path("home"));
+    }
+
+    void TearDown() override {
+        EXPECT_TRUE(QDir().rmdir(Path("home"))) << "something is left there";
     }
 
     QString Path(const char* name) { return Folder.filePath(QString::fromUtf8(name)); }
