@@ -9,23 +9,15 @@
 
 namespace rivenfall {
 
-User::User() {
+ProgramTest::ProgramTest() : FormerDirectory(QDir::currentPath()) {
     SetMessageBoxHandler([this](const QString& text, MessageBoxStyle style, const QString& title) {
-        Asked += u"%1|%2|%3"_s.arg(text).arg(static_cast<int>(style)).arg(title);
-        return Answers.isEmpty() ? MessageBoxAnswer::Cancel : Answers.takeFirst();
+        TheUser.Asked += u"%1|%2|%3"_s.arg(text).arg(static_cast<int>(style)).arg(title);
+        return TheUser.Answers.isEmpty() ? MessageBoxAnswer::Cancel : TheUser.Answers.takeFirst();
     });
     SetFileDialogHandler([this](const QString& title, const QString&) {
-        Dialogs += title;
-        return Files.isEmpty() ? QString() : Files.takeFirst();
+        TheUser.Dialogs += title;
+        return TheUser.Files.isEmpty() ? QString() : TheUser.Files.takeFirst();
     });
-}
-
-User::~User() {
-    SetMessageBoxHandler({});
-    SetFileDialogHandler({});
-}
-
-ProgramTest::ProgramTest() : FormerDirectory(QDir::currentPath()) {
     SetGlobalApplication(std::make_shared<Application>());
 }
 
@@ -37,6 +29,8 @@ ProgramTest::~ProgramTest() {
     QTimer::singleShot(0, [] { QCoreApplication::exit(); });
     QCoreApplication::exec();
     QDir::setCurrent(FormerDirectory);
+    SetMessageBoxHandler({});
+    SetFileDialogHandler({});
 }
 
 } // namespace rivenfall

@@ -15,12 +15,6 @@ namespace rivenfall {
 
 /// What the program asked its user, and what the user will answer.
 struct User {
-    User();
-    ~User();
-
-    User(const User&) = delete;
-    User& operator=(const User&) = delete;
-
     /// Each message box: its text, style and title, joined by "|".
     QStringList Asked;
     /// The answers to the next message boxes; Cancel where there is none left.

@@ -130,10 +130,7 @@ void WindowTest::Open(const std::string& compilers, const std::string& variables
 }
 
 void WindowTest::Forget() {
-    TheUser.Asked.clear();
-    TheUser.Answers.clear();
-    TheUser.Files.clear();
-    TheUser.Dialogs.clear();
+    TheUser = {};
 }
 
 QModelIndexList WindowTest::Rows(const QModelIndex& parent) {
