@@ -4,12 +4,12 @@
 #include <QTimer>
 
 /// Loaded into the real program, presses the keys that the environment's RIVENFALL_KEYS names, one
-/// after the other. "Wait" lets half a second pass.
+/// after the other.
 static void PressKeys() {
     auto* clock = new QTimer(qApp);
     QStringList keys = qEnvironmentVariable("RIVENFALL_KEYS").split(u',');
     QPointer<QWidget> window;
-    QObject::connect(clock, &QTimer::timeout, qApp, [clock, keys, window]() mutable {
+    QObject::connect(clock, &QTimer::timeout, qApp, [keys, window]() mutable {
         // The first one is the main window.
         window = window ? window.data() : QApplication::activeWindow();
         QWidget* popup = QApplication::activePopupWidget();
@@ -20,12 +20,7 @@ static void PressKeys() {
         if (!popup && !in->isActiveWindow()) {
             return in->activateWindow();
         }
-        const QString next = keys.takeFirst();
-        if (next == u"Wait") {
-            return clock->start(700);
-        }
-        clock->start(50);
-        const QKeyCombination key = QKeySequence(next)[0];
+        const QKeyCombination key = QKeySequence(keys.takeFirst())[0];
         QTest::keyClick(in, key.key(), key.keyboardModifiers());
     });
     clock->start(50);
