@@ -15,16 +15,6 @@ namespace {
 /// How often a file that was exchanged for another one meanwhile is looked at anew.
 constexpr int MostLooks = 3;
 
-/// What @p call gives when no signal interrupts it.
-template <typename Call>
-auto Uninterrupted(const Call& call) {
-    auto result = call();
-    while (result < 0 && errno == EINTR) {
-        result = call();
-    }
-    return Checked(result);
-}
-
 void RefuseUnlessOrdinary(const struct stat& status) {
     if (S_ISDIR(status.st_mode)) {
         throw FileError{u"it is a folder"_s};
@@ -37,8 +27,7 @@ void RefuseUnlessOrdinary(const struct stat& status) {
 } // namespace
 
 OpenFile::OpenFile(int folder, const QByteArray& name, int flags, mode_t mode)
-    : plngDescriptor(Uninterrupted(
-          [&] { return openat(folder, name.constData(), flags | O_CLOEXEC, mode); })) {}
+    : plngDescriptor(Checked(openat(folder, name.constData(), flags | O_CLOEXEC, mode))) {}
 
 OpenFile::~OpenFile() {
     if (plngDescriptor >= 0) {
@@ -59,10 +48,8 @@ QByteArray OpenFile::Read() const {
     QByteArray bytes(static_cast<qsizetype>(Status().st_size), Qt::Uninitialized);
     qsizetype read = 0;
     while (read < bytes.size()) {
-        const ssize_t count = Uninterrupted([&] {
-            return pread(plngDescriptor, bytes.data() + read,
-                         static_cast<size_t>(bytes.size() - read), read);
-        });
+        const ssize_t count = Checked(pread(plngDescriptor, bytes.data() + read,
+                                            static_cast<size_t>(bytes.size() - read), read));
         if (count == 0) {
             bytes.truncate(read);
         }
@@ -76,24 +63,20 @@ void OpenFile::Write(QByteArrayView bytes, qsizetype* written) const {
     qsizetype& done = written ? *written : count;
     done = 0;
     while (done < bytes.size()) {
-        done += Uninterrupted([&] {
-            return pwrite(plngDescriptor, bytes.data() + done,
-                          static_cast<size_t>(bytes.size() - done), done);
-        });
+        done += Checked(pwrite(plngDescriptor, bytes.data() + done,
+                               static_cast<size_t>(bytes.size() - done), done));
     }
 }
 
 void OpenFile::SetLength(qsizetype length) const {
-    Uninterrupted([&] { return ftruncate(plngDescriptor, length); });
+    Checked(ftruncate(plngDescriptor, length));
 }
 
 void OpenFile::Sync() const {
-    Uninterrupted([&] { return fsync(plngDescriptor); });
+    Checked(fsync(plngDescriptor));
     // Some file systems tell only when a file is closed that a write failed. So a copy is closed,
-    // and the file can still be put right. What was synced is safe from an interruption.
-    if (close(Checked(dup(plngDescriptor))) < 0 && errno != EINTR) {
-        throw FileErrorOf(errno);
-    }
+    // and the file can still be put right.
+    Checked(close(Checked(dup(plngDescriptor))));
 }
 
 OpenFile OpenOrdinary(int folder, const QByteArray& name, int flags) {
