@@ -54,10 +54,6 @@ int TreeModel::columnCount(const QModelIndex&) const {
     return 1;
 }
 
-bool TreeModel::hasChildren(const QModelIndex& parent) const {
-    return !NodeOrRoot(parent).pobjChildren.empty();
-}
-
 QVariant TreeModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) {
         return {};

@@ -96,11 +96,10 @@ void TreeRows::ShowSelection() {
         selectionModel()->clear();
         return;
     }
-    const bool scrolls = hasAutoScroll();
     setAutoScroll(false);
     selectionModel()->setCurrentIndex(pobjModel->IndexOf(*pobjSelected),
                                       QItemSelectionModel::ClearAndSelect);
-    setAutoScroll(scrolls);
+    setAutoScroll(true);
 }
 
 void TreeRows::SetSelected(Node* node) {
@@ -208,21 +207,12 @@ void TreeRows::ShowExpanded(const Node& node) {
 
 void TreeRows::focusInEvent(QFocusEvent* event) {
     QTreeView::focusInEvent(event);
-    // Qt's view makes the first row current where none is.
-    ShowSelection();
     // Qt announces the tree itself behind this event. The last word is the row's.
     QTimer::singleShot(0, this, [this] {
         if (hasFocus() && pobjSelected) {
             TreeAccessibility::Announce(*this, *pobjSelected, RowChange::Focus);
         }
     });
-}
-
-void TreeRows::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
-        plngWidestRow = 0;
-    }
-    QTreeView::changeEvent(event);
 }
 
 void TreeRows::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -260,13 +250,11 @@ void TreeRows::updateGeometries() {
 }
 
 void TreeRows::FitColumn() {
-    if (pblnFitting || pobjModel->Changing()) {
+    if (pobjModel->Changing()) {
         return;
     }
-    pblnFitting = true;
     plngWidestRow = std::max(plngWidestRow, sizeHintForColumn(0));
     header()->resizeSection(0, std::max(viewport()->width(), plngWidestRow));
-    pblnFitting = false;
 }
 
 } // namespace rivenfall

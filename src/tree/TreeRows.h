@@ -94,7 +94,6 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
-    void changeEvent(QEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                          const QEvent* event) const override;
@@ -135,7 +134,6 @@ private:
     Node* pobjSelected = nullptr;
     Node* pobjAnnounced = nullptr; ///< The selected node as screen readers know it.
     int plngWidestRow = 0;
-    bool pblnFitting = false;
     bool pblnReachable = true;
 
     int plngUserActions = 0;

@@ -88,9 +88,6 @@ void TreeRows::FinishUserAction() {
 }
 
 bool TreeRows::event(QEvent* event) {
-    if (event->type() == QEvent::DeferredDelete) {
-        return QTreeView::event(event);
-    }
     ApplyChanges();
     bool handled = false;
     PerformUserAction([&] { handled = QTreeView::event(event); });
