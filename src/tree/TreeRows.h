@@ -116,7 +116,6 @@ private:
     void AnnounceSelection();
     void FitColumn();
     void DrawFocusFrame();
-    void OpenWholeBranch(Node& node);
     void BranchChanged(const QModelIndex& index, bool expanded);
     bool OnCheckBox(const QModelIndex& index, const QPoint& position) const;
     bool OnExpander(const QModelIndex& index, const QPoint& position) const;

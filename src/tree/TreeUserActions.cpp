@@ -13,8 +13,8 @@ namespace rivenfall {
 
 void TreeRows::BranchChanged(const QModelIndex& index, bool expanded) {
     Node& node = *TreeModel::NodeAt(index);
-    if (node.pblnExpanded == expanded) {
-        return; // The view follows the node.
+    if (node.pblnExpanded == expanded || node.pobjChildren.empty()) {
+        return; // The view follows the node, or speaks of a row without a branch.
     }
     node.pblnExpanded = expanded;
     TreeAccessibility::Announce(*this, node, RowChange::Branch);
@@ -40,20 +40,6 @@ void TreeRows::ToggleCheck(Node& node) {
 void TreeRows::ToggleBranch(Node& node) {
     ApplyChanges();
     PerformUserAction([&] { setExpanded(pobjModel->IndexOf(node), !node.Expanded()); });
-}
-
-void TreeRows::OpenWholeBranch(Node& node) {
-    scheduleDelayedItemsLayout();
-    const auto open = [this](const Node& branch, const auto& self) -> void {
-        if (branch.pobjChildren.empty()) {
-            return;
-        }
-        expand(pobjModel->IndexOf(branch));
-        for (const auto& child : branch.pobjChildren) {
-            self(*child, self);
-        }
-    };
-    open(node, open);
 }
 
 template <typename Action>
@@ -175,7 +161,9 @@ void TreeRows::keyPressEvent(QKeyEvent* event) {
         return;
     case Qt::Key_Asterisk:
         if (shown) {
-            OpenWholeBranch(*shown);
+            expandRecursively(pobjModel->IndexOf(*shown));
+            // Who looks at the rows in the middle of it has what lies below laid out as closed.
+            scheduleDelayedItemsLayout();
         }
         return;
     // Qt's view would also look for a text that begins with the sign.
@@ -226,14 +214,10 @@ bool TreeRows::OnExpander(const QModelIndex& index, const QPoint& position) cons
     if (!index.isValid() || !pobjModel->hasChildren(index)) {
         return false;
     }
-    QRect expander = visualRect(index);
-    if (isRightToLeft()) {
-        expander.setLeft(expander.right() + 1);
-    } else {
-        expander.setLeft(expander.left() - indentation());
-    }
-    expander.setWidth(indentation());
-    return expander.contains(position);
+    // A row's own place begins behind its expander.
+    const QRect row = visualRect(index);
+    const int before = isRightToLeft() ? position.x() - row.right() : row.left() - position.x();
+    return before > 0 && before <= indentation();
 }
 
 } // namespace rivenfall
