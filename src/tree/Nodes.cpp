@@ -23,11 +23,7 @@ Node& Nodes::Add(Node& relative, TreeRelationship relationship, const QString& k
 
 Node& Nodes::Add(const QString& relative, TreeRelationship relationship, const QString& key,
                  const QString& text) {
-    Node* const node = Item(relative);
-    if (!node) {
-        return Add(key, text);
-    }
-    return Add(*node, relationship, key, text);
+    return Add(*Item(relative), relationship, key, text);
 }
 
 Node& Nodes::Insert(Node& parent, std::size_t row, const QString& key, const QString& text) {
@@ -44,17 +40,7 @@ Node& Nodes::Insert(Node& parent, std::size_t row, const QString& key, const QSt
     if (!pobjByKey.isEmpty()) {
         pobjByKey.insert(key, &node);
     }
-
-    bool last = true;
-    for (const Node* each = &node; each->pobjParent && last; each = each->pobjParent) {
-        last = each->pobjParent->pobjChildren.back().get() == each;
-    }
-    if (pblnNumbered && last) {
-        pobjOrder.push_back(&node);
-        node.plngIndex = plngCount;
-    } else {
-        pblnNumbered = false;
-    }
+    pblnNumbered = false;
     return node;
 }
 
@@ -73,9 +59,6 @@ void Nodes::Clear() {
 
 void Nodes::Remove(const QString& key) {
     Node* const node = Item(key);
-    if (!node) {
-        return;
-    }
     pobjRows.BeginChanges();
 
     Node* neighbour = node->Next();
@@ -91,11 +74,7 @@ void Nodes::Remove(const QString& key) {
         }
     }
 
-    if (pblnNumbered && pobjOrder.back() == node) {
-        pobjOrder.pop_back();
-    } else {
-        pblnNumbered = false;
-    }
+    pblnNumbered = false;
     ForgetBranch(*node);
 
     auto& siblings = node->pobjParent->pobjChildren;

@@ -20,8 +20,8 @@ enum TreeRelationship {
 /// The nodes of a TreeView, in the order in which they stand when every branch is open.
 ///
 /// Keys are unique within one tree; the caller sees to it. Building a tree in its order is cheap,
-/// and so is taking one apart from its end: the control shows a batch of changes only when somebody
-/// looks.
+/// and so is taking one apart from its end: a batch of changes is numbered and shown only when
+/// somebody looks.
 class Nodes {
 public:
     /// No nodes, to be shown by @p rows, which owns them.
@@ -38,8 +38,7 @@ public:
     Node& Add(Node& relative, TreeRelationship relationship, const QString& key,
               const QString& text);
 
-    /// The same, seen from the node with the key @p relative. Without such a node it becomes the
-    /// last one of the first level.
+    /// The same, seen from the node with the key @p relative.
     Node& Add(const QString& relative, TreeRelationship relationship, const QString& key,
               const QString& text);
 
@@ -49,9 +48,9 @@ public:
     /// The number of nodes on all levels.
     int Count() const { return plngCount; }
 
-    /// Removes the node with this key and its branch; without such a node nothing happens. If the
-    /// selected node goes, the selection passes to the next sibling of the removed node, else to
-    /// the one before it, else to its parent. Raises no TreeView::NodeClick.
+    /// Removes the node with this key and its branch. If the selected node goes, the selection
+    /// passes to the next sibling of the removed node, else to the one before it, else to its
+    /// parent. Raises no TreeView::NodeClick.
     void Remove(const QString& key);
 
     /// The node at a position from 1 to Count, or null for any other.
