@@ -89,15 +89,14 @@ QString MultiLineTextBox::Text() const {
 void MultiLineTextBox::SetText(const QString& text) {
     EditOf(*this)->clear();
     pstrText.clear();
-    pblnReturnHeldBack = false;
     AppendText(text);
 }
 
 void MultiLineTextBox::AppendText(const QString& text) {
+    // A carriage return at the end isn't shown yet: it may be half of a line break.
+    QString shown = (pstrText.endsWith(u'\r') ? u"\r"_s : QString()) + text;
     pstrText += text;
-    QString shown = (pblnReturnHeldBack ? u"\r"_s : QString()) + text;
-    pblnReturnHeldBack = shown.endsWith(u'\r');
-    shown.chop(pblnReturnHeldBack ? 1 : 0);
+    shown.chop(shown.endsWith(u'\r') ? 1 : 0);
     ShowAtEnd(shown);
     Q_EMIT Change();
 }

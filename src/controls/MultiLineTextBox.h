@@ -37,8 +37,6 @@ private:
     void ShowAtEnd(QStringView text);
 
     QString pstrText;
-    /// The text ends in a carriage return that isn't shown yet: it may be half of a line break.
-    bool pblnReturnHeldBack = false;
 };
 
 } // namespace rivenfall

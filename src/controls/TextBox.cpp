@@ -70,13 +70,11 @@ QString FirstLine(const QString& text) {
 /// The widget behind a TextBox: hands keys and drags to the control before it acts on them.
 class ValueLine : public QLineEdit {
 public:
-    explicit ValueLine(QWidget* parent) : QLineEdit(parent) {
+    ValueLine(QWidget* parent, TextBox& owner) : QLineEdit(parent), Owner(owner) {
         setDragEnabled(true);
         // Qt's own limit would cut a long value, and Ok would store what is left of it.
         setMaxLength(std::numeric_limits<int>::max());
     }
-
-    void SetOwner(TextBox* owner) { Owner = owner; }
 
     /// True if all of the text can be in view at once.
     bool FitsItsText() const {
@@ -92,7 +90,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override {
         KeyCode key = KeyCodeOf(*event);
-        Q_EMIT Owner->KeyDown(key, ShiftOf(event->modifiers()));
+        Q_EMIT Owner.KeyDown(key, ShiftOf(event->modifiers()));
         if (key == KeyCode::None) {
             return;
         }
@@ -138,8 +136,7 @@ protected:
 
     void dragLeaveEvent(QDragLeaveEvent*) override {
         DropEffects effect = DropEffect::None;
-        Q_EMIT Owner->OLEDragOver(DataObject(QMimeData()), effect, 0, 0, 0, 0,
-                                  DragOverState::Leave);
+        Q_EMIT Owner.OLEDragOver(DataObject(QMimeData()), effect, 0, 0, 0, 0, DragOverState::Leave);
     }
 
     void dropEvent(QDropEvent* event) override {
@@ -149,9 +146,9 @@ protected:
         }
         DropEffects effect = EffectOf(event->possibleActions());
         const QPoint place = event->position().toPoint();
-        Q_EMIT Owner->OLEDragDrop(DataObject(*event->mimeData()), effect,
-                                  ButtonOf(event->buttons()), ShiftOf(event->modifiers()),
-                                  TwipsFromPixels(place.x()), TwipsFromPixels(place.y()));
+        Q_EMIT Owner.OLEDragDrop(DataObject(*event->mimeData()), effect, ButtonOf(event->buttons()),
+                                 ShiftOf(event->modifiers()), TwipsFromPixels(place.x()),
+                                 TwipsFromPixels(place.y()));
         Answer(event, effect);
     }
 
@@ -176,9 +173,9 @@ private:
         }
         DropEffects effect = EffectOf(event->possibleActions());
         const QPoint place = event->position().toPoint();
-        Q_EMIT Owner->OLEDragOver(DataObject(*event->mimeData()), effect,
-                                  ButtonOf(event->buttons()), ShiftOf(event->modifiers()),
-                                  TwipsFromPixels(place.x()), TwipsFromPixels(place.y()), state);
+        Q_EMIT Owner.OLEDragOver(DataObject(*event->mimeData()), effect, ButtonOf(event->buttons()),
+                                 ShiftOf(event->modifiers()), TwipsFromPixels(place.x()),
+                                 TwipsFromPixels(place.y()), state);
         Answer(event, effect);
     }
 
@@ -194,7 +191,7 @@ private:
     /// What Qt leaves free on both sides of the text, in pixels.
     static constexpr int MarginBesideText = 2;
 
-    TextBox* Owner = nullptr;
+    TextBox& Owner;
 };
 
 ValueLine* LineOf(const TextBox& box) {
@@ -203,8 +200,7 @@ ValueLine* LineOf(const TextBox& box) {
 
 } // namespace
 
-TextBox::TextBox(QWidget* container) : Control(new ValueLine(container)) {
-    LineOf(*this)->SetOwner(this);
+TextBox::TextBox(QWidget* container) : Control(new ValueLine(container, *this)) {
     connect(LineOf(*this), &QLineEdit::textChanged, this, [this] {
         pstrLongText.clear();
         LineOf(*this)->setPlaceholderText({});
