@@ -50,7 +50,6 @@ App::App(int argc, char** argv) : plngArgumentCount(argc) {
     qInstallMessageHandler(nullptr);
     std::atexit(EndUntidily);
     SetMessageBoxHandler(ShowMessageDialog);
-    CommandLineItems.clear();
     for (int position = 1; position < plngArgumentCount; ++position) {
         CommandLineItems += PathText(argv[position]);
     }

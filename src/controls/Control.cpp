@@ -13,7 +13,7 @@ Control::~Control() {
 }
 
 bool Control::Enabled() const {
-    return pobjWidget && pobjWidget->isEnabled();
+    return pobjWidget->isEnabled();
 }
 
 void Control::SetEnabled(bool enabled) {

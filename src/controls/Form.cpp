@@ -123,7 +123,6 @@ private:
 Form::Form(FormBorder border, int width, int height)
     : pobjWindow(std::make_unique<FormWindow>(*this)) {
     auto* client = new QWidget(pobjWindow.get());
-    client->setMinimumSize(0, 0);
     pobjWindow->setCentralWidget(client);
     // The client's alone: the menu bar has the font of its menus, the system's.
     QFont font = client->font();

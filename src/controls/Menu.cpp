@@ -15,10 +15,8 @@ Menu::Menu(Form& form, const QString& caption)
 Menu::Menu(Menu& parent, const QString& caption, const QString& shortcut)
     : pobjAction(caption == u"-" ? parent.pobjAction->menu()->addSeparator()
                                  : parent.pobjAction->menu()->addAction(caption)) {
-    if (!shortcut.isEmpty()) {
-        pobjAction->setShortcut(QKeySequence(shortcut));
-        pobjAction->setShortcutContext(Qt::ApplicationShortcut);
-    }
+    pobjAction->setShortcut(QKeySequence(shortcut));
+    pobjAction->setShortcutContext(Qt::ApplicationShortcut);
     connect(pobjAction, &QAction::triggered, this, &Menu::Click);
 }
 

@@ -65,11 +65,7 @@ MessageBoxAnswer ShowMessageDialog(const QString& text, MessageBoxStyle style,
     QMessageBox box(IconOf(style), title.isEmpty() ? QCoreApplication::applicationName() : title,
                     text, ButtonsOf(style), DialogOwner());
     // Left to itself the box has the button that its desktop puts first answer Enter.
-    if (box.button(QMessageBox::Yes)) {
-        box.setDefaultButton(QMessageBox::Yes);
-        box.setEscapeButton(box.button(QMessageBox::Cancel) ? QMessageBox::Cancel
-                                                            : QMessageBox::No);
-    }
+    box.setDefaultButton(QMessageBox::Yes);
     MakeRoomForTitle(box);
     box.setTextFormat(Qt::PlainText);
     return AnswerOf(box.exec());

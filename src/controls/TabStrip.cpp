@@ -55,9 +55,7 @@ void Tabs::Add(const QString& caption) {
 void Tabs::Clear() {
     QTabWidget* widget = WidgetOf(pobjStrip);
     while (widget->count() > 0) {
-        QWidget* page = widget->widget(widget->count() - 1);
-        widget->removeTab(widget->count() - 1);
-        delete page;
+        delete widget->widget(widget->count() - 1);
     }
 }
 
