@@ -78,12 +78,11 @@ public:
     }
 
     QAccessible::State state() const override {
-        const std::vector<Node*> rows = Rows().RowsInView();
         QAccessible::State state;
         state.disabled = !Rows().isEnabled();
         state.invisible =
             &TreeRows::VisibleAncestorOrSelf(pobjItem) != &pobjItem || !Rows().isVisible();
-        state.offscreen = std::find(rows.begin(), rows.end(), &pobjItem) == rows.end();
+        state.offscreen = rect().isEmpty();
         state.selectable = true;
         state.selected = pobjItem.Selected();
         state.focusable = true;
