@@ -31,7 +31,7 @@ TEST(MultiLineTextBoxTest, ALongLineIsWholeWhenCopied) {
     auto* edit = static_cast<QPlainTextEdit*>(box.Widget());
     const QString whole(4000, u'w');
     const QString text =
-        whole + u"\n"_s + u"a"_s + u"😀"_s.repeated(40'000) + u"\n\n"_s + whole + u"x\n"_s;
+        whole + u"\n"_s + u"a\u00a0"_s + u"😀"_s.repeated(40'000) + u"\n\n"_s + whole + u"x\n"_s;
     for (qsizetype position = 0; position < text.size(); position += 64) {
         box.AppendText(text.mid(position, 64));
     }

@@ -6,7 +6,6 @@
 #include <QPlainTextEdit>
 #include <QTextBlock>
 #include <QTextCursor>
-#include <QTextDocumentFragment>
 
 namespace rivenfall {
 
@@ -56,7 +55,7 @@ protected:
             QTextCursor part(block);
             part.setPosition(std::max(block.position(), selection.selectionStart()));
             part.setPosition(std::min(end, selection.selectionEnd()), QTextCursor::KeepAnchor);
-            text += part.selection().toPlainText();
+            text += part.selectedText();
             if (end < selection.selectionEnd() && block.userState() != BrokenOff) {
                 text += u'\n';
             }
