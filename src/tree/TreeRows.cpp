@@ -2,11 +2,11 @@
 
 #include "tree/Node.h"
 #include "tree/TreeAccessibility.h"
-#include "tree/TreeModel.h"
 
 #include <QHeaderView>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -14,11 +14,9 @@
 namespace rivenfall {
 
 TreeRows::TreeRows(QWidget* container)
-    : QTreeView(container),
-      pobjNodes(std::make_unique<Nodes>(*this)),
-      pobjModel(std::make_unique<TreeModel>(*pobjNodes->pobjRoot)) {
+    : QTreeView(container), pobjNodes(*this), pobjModel(*pobjNodes.pobjRoot) {
     TreeAccessibility::Install();
-    setModel(pobjModel.get());
+    setModel(&pobjModel);
     setItemDelegate(&pobjDelegate);
     setUniformRowHeights(true);
     setVerticalScrollMode(ScrollPerItem);
@@ -31,15 +29,11 @@ TreeRows::TreeRows(QWidget* container)
     header()->setResizeContentsPrecision(0); // The rows in view alone.
     SetReachable(true);
 
-    pobjApplyTimer.setSingleShot(true);
-    connect(&pobjApplyTimer, &QTimer::timeout, this, &TreeRows::ApplyChanges);
     connect(this, &QTreeView::expanded, this,
             [this](const QModelIndex& index) { BranchChanged(index, true); });
     connect(this, &QTreeView::collapsed, this,
             [this](const QModelIndex& index) { BranchChanged(index, false); });
 }
-
-TreeRows::~TreeRows() = default;
 
 void TreeRows::SetReachable(bool reachable) {
     pblnReachable = reachable;
@@ -48,30 +42,29 @@ void TreeRows::SetReachable(bool reachable) {
 }
 
 void TreeRows::BeginChanges() {
-    if (pobjModel->Changing()) {
+    if (pobjModel.Changing()) {
         return;
     }
-    pobjModel->BeginChanges();
-    pobjApplyTimer.start(0);
+    pobjModel.BeginChanges();
+    QTimer::singleShot(0, this, &TreeRows::ApplyChanges);
 }
 
 void TreeRows::ApplyChanges() {
-    if (!pobjModel->Changing()) {
+    if (!pobjModel.Changing()) {
         return;
     }
-    pobjApplyTimer.stop();
     plngWidestRow = 0;
-    pobjModel->EndChanges();
+    pobjModel.EndChanges();
     OpenBranches();
     ShowSelection();
     AnnounceSelection();
 }
 
 void TreeRows::OpenBranches() {
-    pobjNodes->Number();
+    pobjNodes.Number();
     std::vector<Node*> open;
     bool all = true;
-    for (Node* node : pobjNodes->pobjOrder) {
+    for (Node* node : pobjNodes.pobjOrder) {
         if (node->pobjChildren.empty()) {
             continue;
         }
@@ -87,7 +80,7 @@ void TreeRows::OpenBranches() {
     }
     // The layout still waits, so the view only takes note of each of them.
     for (const Node* node : open) {
-        expand(pobjModel->IndexOf(*node));
+        expand(pobjModel.IndexOf(*node));
     }
 }
 
@@ -97,14 +90,14 @@ void TreeRows::ShowSelection() {
         return;
     }
     setAutoScroll(false);
-    selectionModel()->setCurrentIndex(pobjModel->IndexOf(*pobjSelected),
+    selectionModel()->setCurrentIndex(pobjModel.IndexOf(*pobjSelected),
                                       QItemSelectionModel::ClearAndSelect);
     setAutoScroll(true);
 }
 
 void TreeRows::SetSelected(Node* node) {
     pobjSelected = node;
-    if (!pobjModel->Changing()) {
+    if (!pobjModel.Changing()) {
         ShowSelection();
         AnnounceSelection();
     }
@@ -146,7 +139,7 @@ void TreeRows::BringIntoView(Node& node) {
         each->SetExpanded(true);
     }
     ApplyChanges();
-    scrollTo(pobjModel->IndexOf(node));
+    scrollTo(pobjModel.IndexOf(node));
 }
 
 Node& TreeRows::VisibleAncestorOrSelf(Node& node) {
@@ -190,18 +183,18 @@ void TreeRows::ForgetAll() {
 }
 
 void TreeRows::ShowChecked(const Node& node) {
-    if (pobjModel->Changing()) {
+    if (pobjModel.Changing()) {
         return;
     }
-    pobjModel->NodeChanged(node);
+    pobjModel.NodeChanged(node);
     TreeAccessibility::Announce(*this, node, RowChange::Check);
 }
 
 void TreeRows::ShowExpanded(const Node& node) {
-    if (pobjModel->Changing()) {
+    if (pobjModel.Changing()) {
         return;
     }
-    setExpanded(pobjModel->IndexOf(node), node.Expanded());
+    setExpanded(pobjModel.IndexOf(node), node.Expanded());
     TreeAccessibility::Announce(*this, node, RowChange::Branch);
 }
 
@@ -236,7 +229,7 @@ void TreeRows::DrawFocusFrame() {
 }
 
 void TreeRows::scrollContentsBy(int dx, int dy) {
-    if (pobjModel->Changing()) {
+    if (pobjModel.Changing()) {
         ApplyChanges();
         return;
     }
@@ -250,7 +243,7 @@ void TreeRows::updateGeometries() {
 }
 
 void TreeRows::FitColumn() {
-    if (pobjModel->Changing()) {
+    if (pobjModel.Changing()) {
         return;
     }
     plngWidestRow = std::max(plngWidestRow, sizeHintForColumn(0));

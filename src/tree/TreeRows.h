@@ -1,19 +1,17 @@
 #pragma once
 
 #include "tree/Nodes.h"
+#include "tree/TreeModel.h"
 #include "tree/TreeRowDelegate.h"
 
-#include <QTimer>
 #include <QTreeView>
 
 #include <deque>
-#include <memory>
 #include <vector>
 
 namespace rivenfall {
 
 class TreeAccessibility;
-class TreeModel;
 
 /// The widget of a TreeView: shows its nodes and turns the user's actions into events.
 ///
@@ -28,11 +26,10 @@ class TreeRows : public QTreeView {
 public:
     /// An empty tree in @p container, which owns it.
     explicit TreeRows(QWidget* container);
-    ~TreeRows() override;
 
     /// The nodes, and the model that shows them to Qt's view. Owned by the tree.
-    Nodes& Content() { return *pobjNodes; }
-    const TreeModel& Model() const { return *pobjModel; }
+    Nodes& Content() { return pobjNodes; }
+    const TreeModel& Model() const { return pobjModel; }
 
     /// The selected node, or null.
     Node* Selected() const { return pobjSelected; }
@@ -125,11 +122,10 @@ private:
     void Raise(void (TreeRows::*signal)(Node&), Node& node);
     void FinishUserAction();
 
-    std::unique_ptr<Nodes> pobjNodes;
-    std::unique_ptr<TreeModel> pobjModel;
+    Nodes pobjNodes;
+    TreeModel pobjModel;
     TreeRowDelegate pobjDelegate;
     TreeAccessibility* pobjAccessibility = nullptr;
-    QTimer pobjApplyTimer;
     Node* pobjSelected = nullptr;
     Node* pobjAnnounced = nullptr; ///< The selected node as screen readers know it.
     int plngWidestRow = 0;

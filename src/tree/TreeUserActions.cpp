@@ -2,7 +2,6 @@
 
 #include "tree/Node.h"
 #include "tree/TreeAccessibility.h"
-#include "tree/TreeModel.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -25,7 +24,7 @@ void TreeRows::Choose(Node& node) {
     ApplyChanges();
     PerformUserAction([&] {
         pblnRowChosen = true;
-        selectionModel()->setCurrentIndex(pobjModel->IndexOf(node),
+        selectionModel()->setCurrentIndex(pobjModel.IndexOf(node),
                                           QItemSelectionModel::ClearAndSelect);
     });
 }
@@ -39,7 +38,7 @@ void TreeRows::ToggleCheck(Node& node) {
 
 void TreeRows::ToggleBranch(Node& node) {
     ApplyChanges();
-    PerformUserAction([&] { setExpanded(pobjModel->IndexOf(node), !node.Expanded()); });
+    PerformUserAction([&] { setExpanded(pobjModel.IndexOf(node), !node.Expanded()); });
 }
 
 template <typename Action>
@@ -55,7 +54,7 @@ void TreeRows::Raise(void (TreeRows::*signal)(Node&), Node& node) {
 }
 
 void TreeRows::FinishUserAction() {
-    if (plngUserActions > 0 || pobjModel->Changing()) {
+    if (plngUserActions > 0 || pobjModel.Changing()) {
         return;
     }
     Node* const current = TreeModel::NodeAt(currentIndex());
@@ -161,7 +160,7 @@ void TreeRows::keyPressEvent(QKeyEvent* event) {
         return;
     case Qt::Key_Asterisk:
         if (shown) {
-            expandRecursively(pobjModel->IndexOf(*shown));
+            expandRecursively(pobjModel.IndexOf(*shown));
             // Who looks at the rows in the middle of it has what lies below laid out as closed.
             scheduleDelayedItemsLayout();
         }
@@ -187,7 +186,7 @@ void TreeRows::keyPressEvent(QKeyEvent* event) {
 
 QModelIndex TreeRows::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
     if (pobjSelected) {
-        const QModelIndex shown = pobjModel->IndexOf(VisibleAncestorOrSelf(*pobjSelected));
+        const QModelIndex shown = pobjModel.IndexOf(VisibleAncestorOrSelf(*pobjSelected));
         if (shown != currentIndex()) {
             selectionModel()->setCurrentIndex(shown, QItemSelectionModel::NoUpdate);
         }
@@ -211,7 +210,7 @@ bool TreeRows::OnCheckBox(const QModelIndex& index, const QPoint& position) cons
 }
 
 bool TreeRows::OnExpander(const QModelIndex& index, const QPoint& position) const {
-    if (!index.isValid() || !pobjModel->hasChildren(index)) {
+    if (!index.isValid() || !pobjModel.hasChildren(index)) {
         return false;
     }
     // A row's own place begins behind its expander.
