@@ -1,6 +1,6 @@
 # Sourced by the scripts that work the program on a screen of their own, behind prepare.sh and with
 # their arguments: `programs` is the folder of the programs, `work` a folder that goes at the end, and
-# so do the processes in `started`.
+# so does what was started.
 
 if (($# > 1)) || [[ ${1-} == -* ]]; then
     echo "Usage: ${0##*/} [FOLDER-OF-THE-PROGRAMS]" >&2
@@ -10,15 +10,13 @@ programs=$(realpath -- "${1:-$root/build/bin}")
 [[ -x $programs/rivenfall ]] || fail "no program $programs/rivenfall; please build it first"
 
 work=$(mktemp -d)
-started=()
 # The last one first: what is left without its screen may not come to an end.
 end_started() {
-    local index
-    for ((index = ${#started[@]} - 1; index >= 0; --index)); do
-        kill "${started[index]}" 2>/dev/null || true
-        wait "${started[index]}" || true
+    local process
+    for process in $(jobs -rp | tac); do
+        kill "$process" 2>/dev/null || true
+        wait "$process" || true
     done
-    started=()
 }
 finish() {
     end_started
@@ -36,7 +34,6 @@ start_screen() {
     # The server finds a free number by itself and writes it when it is ready.
     mkfifo "$work/number"
     Xvfb -displayfd 3 -screen 0 "$1x24" -wr -noreset -nolisten tcp 3>"$work/number" 2>"$work/xvfb.log" &
-    started+=($!)
     read -r -t 30 number <"$work/number" || fail "the screen didn't start: $(<"$work/xvfb.log")"
     screen=(env -i PATH="$PATH" HOME="$work/home" LC_ALL=C.UTF-8 DISPLAY=":$number" XDG_RUNTIME_DIR="$work/run")
 }
@@ -46,9 +43,19 @@ start_bus() {
     local address
     mkfifo "$work/run/address"
     "${screen[@]}" dbus-daemon --session --nofork --print-address=3 3>"$work/run/address" 2>/dev/null &
-    started+=($!)
     read -r -t 30 address <"$work/run/address" || fail "the bus didn't start"
     screen+=(DBUS_SESSION_BUS_ADDRESS="$address")
+}
+
+# Starts what is to run for as long as the screen does.
+start_beside() {
+    "${screen[@]}" "$@" >/dev/null 2>&1 &
+}
+
+# Starts a window manager and waits until it answers.
+start_manager() {
+    start_beside "$@"
+    await "${screen[@]}" xdotool get_num_desktops >/dev/null
 }
 
 # Repeats a command until it succeeds, for half a minute at most.
@@ -82,26 +89,31 @@ find_window() {
 start_program() {
     "${screen[@]}" "$programs/rivenfall" "$@" &
     program=$!
-    started+=("$program")
     main=$(window 'OMRA Rivenfall')
 }
 
-# Gives the main window the keyboard.
+# Gives a window the keyboard, the main one if none is named.
 activate() {
-    "${screen[@]}" xdotool windowactivate --sync "$main"
+    "${screen[@]}" timeout 30 xdotool windowactivate --sync "${1-$main}"
 }
 
 keys() {
-    "${screen[@]}" xdotool key --delay 60 "$@"
+    "${screen[@]}" xdotool key --delay 80 "$@"
+    sleep 0.3
 }
 
 write() {
     "${screen[@]}" xdotool type --delay 30 -- "$1"
+    sleep 0.3
 }
 
-# Clicks into the main window, so many pixels from its client area's corner, and takes the hand away.
+# Clicks into the main window with a mouse button, so many pixels from its client area's corner as it
+# lies with letters of the usual size, and takes the hand away.
 click() {
-    "${screen[@]}" xdotool mousemove --window "$main" "$1" "$2" click 1 mousemove 1299 599
+    local WIDTH
+    eval "$("${screen[@]}" xdotool getwindowgeometry --shell "$main" | grep WIDTH)"
+    "${screen[@]}" xdotool mousemove --window "$main" $(($1 * WIDTH / 577)) $(($2 * WIDTH / 577)) \
+        click "${3-1}" mousemove 1299 599
     sleep 0.3
 }
 
