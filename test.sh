@@ -8,7 +8,6 @@ source "$root/dev/prepare.sh"
 
 packages=("${build_packages[@]}" libgtest-dev)
 cd "$root"
-export QT_QPA_PLATFORM=offscreen
 prepare_build -DRIVENFALL_TESTS=ON
 cmake --build build >&2
 exec ctest --test-dir build --output-on-failure --no-tests=error "$@"

@@ -12,10 +12,8 @@ namespace rivenfall {
 using namespace Qt::StringLiterals;
 
 StartedProgram::StartedProgram(const QString& program, const QStringList& arguments) {
-    static const bool prepared =
-        qputenv("QT_PLUGIN_PATH", RIVENFALL_PLUGINS) &&
-        qputenv("QT_QPA_GENERIC_PLUGINS", "first_paint") &&
-        (qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qputenv("QT_QPA_PLATFORM", "offscreen"));
+    static const bool prepared = qputenv("QT_PLUGIN_PATH", RIVENFALL_PLUGINS) &&
+                                 qputenv("QT_QPA_GENERIC_PLUGINS", "first_paint");
     StandardStreams streams;
     if (!prepared || !CreatePipes(streams, Input, Output)) {
         return;

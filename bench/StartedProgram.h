@@ -10,8 +10,7 @@ namespace rivenfall {
 /// A program of its own, a Qt program with a window, from its start until the object goes.
 class StartedProgram {
 public:
-    /// Starts @p program and returns when its first window has been painted. Its windows appear
-    /// where QT_QPA_PLATFORM says, on no screen at all without it.
+    /// Starts @p program and returns when its first window has been painted.
     explicit StartedProgram(const QString& program, const QStringList& arguments = {});
 
     /// Kills the program.
