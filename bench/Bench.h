@@ -35,10 +35,6 @@ void WriteSample(const QString& fileName, int count);
 /// Lays out and paints what is due.
 void ProcessEvents();
 
-/// Has the process keep the memory that it gives back. Getting pages from the kernel anew in each
-/// round costs more on some machines than all the work that is measured.
-void KeepMemory();
-
 /// Keeps a result from being optimised away.
 using benchmark::DoNotOptimize;
 

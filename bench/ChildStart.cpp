@@ -1,7 +1,5 @@
 #include "Bench.h"
 
-#include "run/desktop/Execution.h"
-#include "system/EventLoop.h"
 #include "system/Process.h"
 
 #include <QElapsedTimer>
@@ -17,7 +15,7 @@ namespace {
 
 constexpr int StartCount = 50;
 
-/// What all three ways of starting a child have in common: only the start itself is measured, and
+/// What both ways of starting a child have in common: only the start itself is measured, and
 /// the next one waits for the end of the child.
 template <typename Start, typename Wait>
 void MeasureStarts(benchmark::State& state, Start start, Wait wait) {
@@ -60,20 +58,6 @@ void StartChild(benchmark::State& state) {
     MeasureStarts(state, start, [&] { WaitAndClose(input, output); });
 }
 
-/// The start of a command of a run with its frame in the log, out of a sleep of 100 milliseconds.
-void StartCommand(benchmark::State& state) {
-    const RunningProgram program;
-    Execution& execution = *program->Execution();
-    execution.Show();
-    ProcessEvents();
-    const auto start = [&] { return execution.Execute(u"true"_s); };
-    MeasureStarts(state, start, [&] {
-        while (execution.Running()) {
-            DoEvents();
-        }
-    });
-}
-
 void StartChildBarely(benchmark::State& state) {
     int input[2] = {};
     int output[2] = {};
@@ -104,7 +88,6 @@ void Starts(benchmark::internal::Benchmark* work) {
 } // namespace
 
 BENCHMARK(StartChild)->Apply(Starts)->Iterations(StartCount);
-BENCHMARK(StartCommand)->Apply(Starts)->Iterations(StartCount / 5);
 BENCHMARK(StartChildBarely)->Apply(Starts)->Iterations(StartCount);
 
 } // namespace rivenfall

@@ -28,25 +28,23 @@ std::vector<SampleNode> SampleNodes(const benchmark::State& state) {
     return nodes;
 }
 
-/// Measures building by @p build, which fills what it is given, and clearing.
-template <typename Collection, typename Build, typename Clear>
-void BuildAndClear(benchmark::State& state, Collection& collection, Build build, Clear clear) {
+/// Measures building by @p build, which fills the collection that it is given, and clearing.
+template <typename Build>
+void BuildAndClear(benchmark::State& state, Build build) {
     const std::vector<SampleNode> nodes = SampleNodes(state);
+    DataNodes root;
     const double before = AllocatedBytes();
-    build(nodes);
+    build(root, nodes);
     state.counters["bytes"] = (AllocatedBytes() - before) / static_cast<double>(nodes.size());
-    clear();
+    root.Clear();
     for (auto _ : state) {
-        build(nodes);
-        DoNotOptimize(&collection);
-        clear();
+        build(root, nodes);
+        root.Clear();
     }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 void BuildTree(benchmark::State& state) {
-    DataNodes compilers;
-    const auto build = [&](const std::vector<SampleNode>& nodes) {
+    BuildAndClear(state, [](DataNodes& compilers, const std::vector<SampleNode>& nodes) {
         DataNodes* level[] = {nullptr, &compilers, nullptr, nullptr};
         for (const SampleNode& each : nodes) {
             const std::shared_ptr<DataNode> node = level[each.Level]->Add(each.Text);
@@ -54,28 +52,15 @@ void BuildTree(benchmark::State& state) {
                 level[each.Level + 1] = node->Childs();
             }
         }
-    };
-    BuildAndClear(state, compilers, build, [&] { compilers.Clear(); });
+    });
 }
 
 void BuildSiblings(benchmark::State& state) {
-    DataNodes siblings;
-    const auto build = [&](const std::vector<SampleNode>& nodes) {
+    BuildAndClear(state, [](DataNodes& siblings, const std::vector<SampleNode>& nodes) {
         for (const SampleNode& each : nodes) {
             siblings.Add(each.Text);
         }
-    };
-    BuildAndClear(state, siblings, build, [&] { siblings.Clear(); });
-}
-
-void BuildVector(benchmark::State& state) {
-    std::vector<QString> texts;
-    const auto build = [&](const std::vector<SampleNode>& nodes) {
-        for (const SampleNode& each : nodes) {
-            texts.push_back(each.Text);
-        }
-    };
-    BuildAndClear(state, texts, build, [&] { std::vector<QString>().swap(texts); });
+    });
 }
 
 void Sizes(benchmark::internal::Benchmark* work) {
@@ -86,6 +71,5 @@ void Sizes(benchmark::internal::Benchmark* work) {
 
 BENCHMARK(BuildTree)->Apply(Sizes);
 BENCHMARK(BuildSiblings)->Apply(Sizes);
-BENCHMARK(BuildVector)->Apply(Sizes);
 
 } // namespace rivenfall

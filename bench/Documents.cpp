@@ -10,17 +10,12 @@ QByteArray SaveTree(const DataNodes& compilers) {
     return compilers.SaveToBag().Contents();
 }
 
-void CountNodes(benchmark::State& state) {
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-
 void Save(benchmark::State& state) {
     DataNodes compilers;
     FillCompilers(compilers, static_cast<int>(state.range(0)));
     for (auto _ : state) {
         DoNotOptimize(SaveTree(compilers));
     }
-    CountNodes(state);
 }
 
 void Load(benchmark::State& state) {
@@ -34,7 +29,6 @@ void Load(benchmark::State& state) {
         loaded.LoadFromBag(bag);
         DoNotOptimize(loaded.Count());
     }
-    CountNodes(state);
 }
 
 void Sizes(benchmark::internal::Benchmark* work) {
