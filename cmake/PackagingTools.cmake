@@ -1,8 +1,5 @@
 # Read by cpack before it makes anything. Without these tools it would fail late, or make packages
 # without dependencies and not say so.
-if(NOT CPACK_GENERATOR STREQUAL "DEB")
-  return()
-endif()
 foreach(needed file:file dpkg-shlibdeps:dpkg-dev dpkg-parsechangelog:dpkg-dev strip:binutils)
   string(REGEX MATCH "(.*):(.*)" needed ${needed})
   find_program(RIVENFALL_${CMAKE_MATCH_1} ${CMAKE_MATCH_1} PATHS ENV PATH NO_DEFAULT_PATH)
@@ -11,7 +8,8 @@ foreach(needed file:file dpkg-shlibdeps:dpkg-dev dpkg-parsechangelog:dpkg-dev st
   endif()
 endforeach()
 
-# The time of everything in the packages is the changelog's, as in Debian's own builds.
+# The time of everything in the packages, which cpack gives it, is the changelog's, as in Debian's own
+# builds.
 if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
   execute_process(
     COMMAND dpkg-parsechangelog --file "${CPACK_RIVENFALL_CHANGELOG}" --show-field Timestamp
