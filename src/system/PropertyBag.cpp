@@ -43,7 +43,8 @@ QByteArrayView ReadBytes(QCborStreamReader& reader, const QByteArray& contents) 
     if (length < 0 || length > contents.size() - reader.currentOffset()) {
         throw PropertyBagError{u"the data ends too early"_s};
     }
-    // QCborStreamReader has no call that skips a string, so what it reads here is thrown away.
+    // QCborStreamReader::next would take a text that is no UTF-8 for the end of the data. So the
+    // bytes are read, and thrown away.
     std::array<char, 4096> passed;
     while (reader.readStringChunk(passed.data(), passed.size()).status == QCborStreamReader::Ok) {
     }
