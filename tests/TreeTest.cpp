@@ -33,8 +33,8 @@ protected:
     QString Selected() { return Control().SelectedItem()->Text(); }
     std::string TakeLog() { return std::exchange(Log, {}).join(u", ").toStdString(); }
     QWidget* Port() { return Tree()->viewport(); }
-    /// The middle of the label, the check box or the expander of a row in view.
-    enum Spot { Label = 60, Box = 8, Expander = -10 };
+    /// The middle of the label, the check box or the expander of a row in view, or before that.
+    enum Spot { Label = 60, Box = 8, Expander = -10, BeforeExpander = -30 };
     QPoint Find(int position, Spot spot) {
         const QRect row = Tree()->visualRect(Row(position));
         return {row.left() + spot, row.center().y()};
@@ -123,6 +123,12 @@ TEST_F(TreeTest, KeysWalkCheckAndOpen) {
     EXPECT_EQ(Selected(), u"1.1");
     Press(Qt::Key_End);
     EXPECT_EQ(Tree()->currentIndex(), Row(7));
+}
+
+TEST_F(TreeTest, WhatStandsBeforeAnExpanderBelongsToTheRow) {
+    Open("a(b(c))");
+    DoubleClick(2, BeforeExpander);
+    EXPECT_EQ(TakeLog(), "click b, collapse b");
 }
 
 TEST_F(TreeTest, AnExpanderWorksFromRightToLeft) {
